@@ -1,0 +1,108 @@
+// The registry of charset handles.
+#include "charset/charset.h"
+
+#include <cstring>
+#include <iterator>
+#include <memory>
+
+#include <qorviks.h>
+
+#include "charset/converter.h"
+#include "core/c_string.h"
+
+namespace {
+
+// Everything here is made at first use and kept until the process ends.
+hash_str_t* registry;
+i18n_charset_t* special_charsets[4];
+i18n_charset_t** all_charsets;
+
+i18n_charset_t* find_handle(const char* name) {
+  uint64_t scratch;
+  void** slot;
+  if (hash_str_lookup(registry, name, &scratch, &slot) == 0) return nullptr;
+  return static_cast<i18n_charset_t*>(*slot);
+}
+
+void enter_handle(const char* name, i18n_charset_t* charset) {
+  uint64_t scratch;
+  void** slot;
+  hash_str_enter(registry, name, &scratch, &slot);
+  *slot = charset;
+}
+
+const char* canonical_name(const UConverter* converter) {
+  UErrorCode status = U_ZERO_ERROR;
+  return ucnv_getName(converter, &status);
+}
+
+// The standards' names are those of the name asked for, not of the converter found for it.
+const char* preferred_name(const char* name, const UConverter* converter) {
+  for (const char* standard : {"MIME", "IANA"}) {
+    UErrorCode status = U_ZERO_ERROR;
+    if (const char* standard_name = ucnv_getStandardName(name, standard, &status)) {
+      return standard_name;
+    }
+  }
+  if (const char* canonical = canonical_name(converter)) return canonical;
+  return i18n::copy_c_string(name).release();
+}
+
+const char* special_name(int selector) {
+  switch (selector) {
+    case I18N_CHARSET_SPECIAL_DEFAULT:
+      return ucnv_getDefaultName();
+    case I18N_CHARSET_SPECIAL_UTF8:
+      return "UTF-8";
+    case I18N_CHARSET_SPECIAL_UTF16:
+      return "UTF16_PlatformEndian";
+    default:
+      return "UTF32_PlatformEndian";
+  }
+}
+
+}  // namespace
+
+i18n_charset_t* i18n_charset_open(const char* name) {
+  if (registry == nullptr) registry = hash_str_create(200, 8, 0);
+  if (i18n_charset_t* known = find_handle(name)) return known;
+
+  i18n::ConverterPtr converter = i18n::open_plain_converter(name);
+  if (!converter) return nullptr;
+  const char* canonical = canonical_name(converter.get());
+  const bool is_alias = canonical != nullptr && std::strcmp(canonical, name) != 0;
+  if (is_alias) {
+    if (i18n_charset_t* shared = find_handle(canonical)) {
+      enter_handle(name, shared);
+      return shared;
+    }
+  }
+
+  i18n::make_strict(converter.get());
+  auto charset = std::make_unique<i18n_charset_t>();
+  charset->name = preferred_name(name, converter.get());
+  charset->converter = converter.get();
+  enter_handle(is_alias ? canonical : name, charset.get());
+  converter.release();
+  i18n_charset_t* handle = charset.release();  // the registry holds it from here on
+  if (is_alias) enter_handle(name, handle);
+  return handle;
+}
+
+i18n_charset_t* i18n_charset_open_special(int selector) {
+  if (selector < 0 || selector >= static_cast<int>(std::size(special_charsets))) return nullptr;
+  i18n_charset_t*& charset = special_charsets[selector];
+  if (charset == nullptr) charset = i18n_charset_open(special_name(selector));
+  return charset;
+}
+
+i18n_charset_t** i18n_charset_open_all() {
+  if (all_charsets != nullptr) return all_charsets;
+  const int32_t count = ucnv_countAvailable();
+  auto charsets = std::make_unique<i18n_charset_t*[]>(static_cast<size_t>(count) + 1);
+  for (int32_t i = 0; i < count; ++i) charsets[i] = i18n_charset_open(ucnv_getAvailableName(i));
+  all_charsets = charsets.release();
+  return all_charsets;
+}
+
+const char* i18n_charset_get_name(const i18n_charset_t* charset) { return charset->name; }

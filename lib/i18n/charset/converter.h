@@ -1,0 +1,21 @@
+// Strict ICU converters: no fallback mappings, and a stop at the first character that cannot be
+// converted.
+#pragma once
+
+#include <memory>
+
+#include <unicode/ucnv.h>
+
+namespace i18n {
+
+struct ConverterCloser {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using ConverterPtr = std::unique_ptr<UConverter, ConverterCloser>;
+
+// Null when ICU does not know the name. Not yet strict.
+ConverterPtr open_plain_converter(const char* name);
+
+void make_strict(UConverter* converter);
+
+}  // namespace i18n

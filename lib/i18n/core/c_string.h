@@ -1,0 +1,30 @@
+// Heap blocks and strings that leave the library: from malloc, released by the caller with the free
+// function of the family that returned them.
+#pragma once
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+
+namespace i18n {
+
+struct MallocDeleter {
+  void operator()(void* block) const { std::free(block); }
+};
+using CString = std::unique_ptr<char[], MallocDeleter>;
+
+inline CString allocate_c_string(size_t size) {
+  CString block(static_cast<char*>(std::malloc(size)));
+  if (!block) throw std::bad_alloc();
+  return block;
+}
+
+inline CString copy_c_string(const char* text) {
+  const size_t size = std::strlen(text) + 1;
+  CString copy = allocate_c_string(size);
+  std::memcpy(copy.get(), text, size);
+  return copy;
+}
+
+}  // namespace i18n
