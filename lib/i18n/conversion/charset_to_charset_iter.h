@@ -1,0 +1,61 @@
+// Pulls text, converted from one charset to another, chunk by chunk.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <qorvii18n/i18n.hpp>
+
+#include "conversion/char_iter.h"
+#include "conversion/from_unicode_full_char_iter.h"
+#include "conversion/ucnv_chunk_iter.h"
+#include "core/chunk_iter.h"
+
+namespace i18n {
+
+// What the encoders pull from. Chunks are bytes of the target charset.
+class CharsetToCharsetIterPrototype : public ChunkIter<std::string>,
+                                      public InStrSetter<char>,
+                                      public Error {
+ public:
+  // Caps every later chunk at n bytes. A value that makes no sense is ignored.
+  virtual void set_limit_byte_size(int n) = 0;
+  // Walks the current chunk one character at a time.
+  virtual CharIter<char> get_char_iter() = 0;
+};
+
+// Two stages: bytes of the source charset to UTF-16, and UTF-16 to bytes of the target charset. A
+// FromIter of FromUnicodeIter fills its chunks to the last byte; one of FromUnicodeFullCharIter
+// ends them on whole characters.
+//
+// In error from construction when a charset does not open. A conversion failure is printed and sets
+// the error flag; the chunk then holds what was converted before it. One object serves one input.
+template <class FromIter>
+class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
+                                  public InputMBCharTracer<char> {
+ public:
+  // The size of a UTF-16 chunk is in units, that of a target chunk in bytes.
+  CharsetToCharsetChunkIter(const char* from_charset, const char* to_charset,
+                            int to_unicode_chunk_size, int from_unicode_chunk_size);
+  ~CharsetToCharsetChunkIter() override;
+
+  void next_chunk() override;
+  bool has_next_chunk() override;
+  void set_limit_byte_size(int n) override;
+  CharIter<char> get_char_iter() override;
+  void set_in_str(const std::string& input) override;
+  std::string trace_input_mb_char(int pos, int* start) override;
+
+ private:
+  void fetch_unicode();
+  void report_input_failure() const;
+  void report_target_failure();
+
+  std::unique_ptr<ToUnicodeIter> to_unicode;
+  std::unique_ptr<FromIter> from_unicode;
+};
+
+extern template class CharsetToCharsetChunkIter<FromUnicodeIter>;
+extern template class CharsetToCharsetChunkIter<FromUnicodeFullCharIter>;
+
+}  // namespace i18n
