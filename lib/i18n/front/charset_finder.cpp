@@ -1,0 +1,66 @@
+#include "front/charset_finder.h"
+
+#include <unicode/ucnv.h>
+
+#include "charset/diagnostics.h"
+#include "front/charset_name.h"
+
+namespace {
+
+// Both are made at first use and kept until the process ends.
+hash_str_t* body_charsets;
+hash_str_t* header_charsets;
+bool has_tables;
+
+const char* find_charset(hash_str_t* table, const char* normalised_name) {
+  uint64_t scratch;
+  void** slot = nullptr;
+  hash_str_lookup(table, normalised_name, &scratch, &slot);
+  return slot != nullptr ? static_cast<const char*>(*slot) : nullptr;
+}
+
+void enter_charset(hash_str_t* table, const char* normalised_name, const char* charset) {
+  if (find_charset(table, normalised_name) != nullptr) return;  // another spelling of one alias
+  i18n::CString value = i18n::copy_c_string(charset);
+  uint64_t scratch;
+  void** slot;
+  hash_str_enter(table, normalised_name, &scratch, &slot);
+  *slot = value.release();
+}
+
+void add_charset_aliases(const char* charset, const char* value, hash_str_t* table) {
+  UErrorCode status = U_ZERO_ERROR;
+  const uint16_t count = ucnv_countAliases(charset, &status);
+  if (U_FAILURE(status)) {
+    i18n::print_message(i18n::Message::kInvalidCharsetAlias, charset);
+    return;
+  }
+  for (uint16_t i = 0; i < count; ++i) {
+    status = U_ZERO_ERROR;
+    const char* alias = ucnv_getAlias(charset, i, &status);
+    if (U_FAILURE(status)) continue;
+    enter_charset(table, normalise_charset_name(alias).get(), value);
+  }
+}
+
+}  // namespace
+
+void init_charset_tables() {
+  if (has_tables) return;
+  has_tables = true;
+  body_charsets = hash_str_create(200, 8, 0);
+  header_charsets = hash_str_create(200, 8, 0);
+  add_charset_aliases("shift_jis", "ISO-2022-JP", body_charsets);
+  add_charset_aliases("shift_jis", "UTF-8", header_charsets);
+}
+
+CharsetFinder::CharsetFinder(const char* from, Use use) : to_charset(nullptr) {
+  init_charset_tables();
+  table = use == Use::kBody ? body_charsets : header_charsets;
+  from_charset = from != nullptr ? from : ucnv_getDefaultName();
+  if (from_charset != nullptr) to_charset = get_to_charset_name(from_charset);
+}
+
+const char* CharsetFinder::get_to_charset_name(const char* name) const {
+  return find_charset(table, normalise_charset_name(name).get());
+}

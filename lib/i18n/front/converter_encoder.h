@@ -1,0 +1,106 @@
+// A processor made of an iterator, which converts, and an encoder.
+#pragma once
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <qorviks.h>
+#include <qorvii18n/i18n_mime.hpp>
+
+#include "conversion/charset_to_charset_iter.h"
+#include "conversion/trivial_iter.h"
+#include "front/processor.h"
+
+namespace i18n_mime {
+
+// The UTF-16 stage gets a third of the chunk size, and one unit more: text of up to three bytes a
+// unit then needs about one call of the second stage for each call of the first.
+template <class Iter>
+class ConverterEncoder : public Processor {
+ public:
+  // In error when a name is null or a charset does not open. With allow_trivial, two equal names
+  // mean that there is nothing to convert. chunk_size is in bytes.
+  ConverterEncoder(const char* from, const char* to, bool allow_trivial, int chunk_size) {
+    if (from == nullptr || to == nullptr) {
+      set_error();
+      return;
+    }
+    if (allow_trivial && std::strcmp(from, to) == 0) {
+      iter = std::make_unique<i18n::TrivialIter>(chunk_size);
+      return;
+    }
+    iter = std::make_unique<Iter>(from, to, chunk_size / 3 + 1, chunk_size);
+    if (iter->is_error()) set_error();
+  }
+
+  using Processor::set_in_str;
+  void set_in_str(const std::string& input) override {
+    if (is_ok()) iter->set_in_str(input);
+  }
+
+  void process() override {
+    if (is_error() || !limit_chunks()) return;
+    do {
+      iter->next_chunk();
+      encoder->encode(*iter, buffer);
+      if (iter->is_error()) {
+        set_error();
+        return;
+      }
+    } while (iter->has_next_chunk());
+    encoder->complete(buffer);
+  }
+
+  // Null when no encoder was made.
+  const GenericEncoder* get_encoder() const { return encoder.get(); }
+
+ protected:
+  std::unique_ptr<i18n::CharsetToCharsetIterPrototype> iter;
+  std::unique_ptr<GenericEncoder> encoder;
+
+ private:
+  // An encoder whose words have no room for any text would never get to the end of it.
+  bool limit_chunks() {
+    const int limit = encoder->get_limit_byte_size();
+    if (limit == no_limit) return true;
+    if (limit < 1) {
+      pfm_assert_fail("get_limit_byte_size() > 0", "lib/i18n/front", __LINE__);
+      set_error();
+      return false;
+    }
+    iter->set_limit_byte_size(limit);
+    return true;
+  }
+
+  static constexpr int no_limit = -1;
+};
+
+// One whose encoder is known from the start.
+template <class Iter, class Encoder>
+class ConcreteConverterEncoder : public ConverterEncoder<Iter> {
+ public:
+  ConcreteConverterEncoder(const char* from, const char* to, bool allow_trivial, int chunk_size)
+      : ConverterEncoder<Iter>(from, to, allow_trivial, chunk_size) {
+    if (to != nullptr) this->encoder = std::make_unique<Encoder>(to);
+  }
+};
+
+using BodyIter = i18n::CharsetToCharsetChunkIter<i18n::FromUnicodeIter>;
+using HeaderIter = i18n::CharsetToCharsetChunkIter<i18n::FromUnicodeFullCharIter>;
+
+template <class Encoder>
+class BodyConverterEncoder : public ConcreteConverterEncoder<BodyIter, Encoder> {
+ public:
+  BodyConverterEncoder(const char* from, const char* to, int chunk_size)
+      : ConcreteConverterEncoder<BodyIter, Encoder>(from, to, true, chunk_size) {}
+};
+
+template <class Encoder>
+class HeaderConverterEncoder : public ConcreteConverterEncoder<HeaderIter, Encoder> {
+ public:
+  HeaderConverterEncoder(const char* from, const char* to, int chunk_size)
+      : ConcreteConverterEncoder<HeaderIter, Encoder>(from, to, false, chunk_size) {}
+};
+
+}  // namespace i18n_mime

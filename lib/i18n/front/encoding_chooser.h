@@ -1,0 +1,61 @@
+// A converter-encoder that chooses between quoted-printable and base64 when it sees its input.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "front/converter_encoder.h"
+
+namespace i18n_mime {
+
+// Quoted-printable when qp_threshold is greater than the fraction of input bytes that the table
+// marks, else base64: also for an empty input, which has no such fraction. The bytes counted are
+// those of the source charset.
+template <class Iter, class QPTable, class QPEncoder, class B64Encoder>
+class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
+ public:
+  ConverterEncoderChooser(const char* from, const char* to, bool allow_trivial, double threshold,
+                          int chunk_size)
+      : ConverterEncoder<Iter>(from, to, allow_trivial, chunk_size),
+        qp_threshold(threshold),
+        to_charset(to != nullptr ? to : "") {}
+
+  using ConverterEncoder<Iter>::set_in_str;
+  void set_in_str(const std::string& input) override {
+    if (this->is_error()) return;
+    ConverterEncoder<Iter>::set_in_str(input);
+    if (prefers_qp(input)) {
+      this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
+    } else {
+      this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());
+    }
+  }
+
+ private:
+  bool prefers_qp(const std::string& input) {
+    const double marked = this->get_number_qp_encoded_bytes(input);
+    return qp_threshold > marked / static_cast<double>(input.size());
+  }
+
+  double qp_threshold;
+  std::string to_charset;  // the encoder borrows it
+};
+
+using BodyChooserBase =
+    ConverterEncoderChooser<BodyIter, QPBodyEncodingTable, QPBodyEncoder, B64BodyEncoder>;
+using HeaderChooserBase =
+    ConverterEncoderChooser<HeaderIter, QPHeaderEncodingTable, QPHeaderEncoder, B64HeaderEncoder>;
+
+class BodyConverterEncoderChooser : public BodyChooserBase {
+ public:
+  BodyConverterEncoderChooser(const char* from, const char* to, double threshold, int chunk_size)
+      : BodyChooserBase(from, to, true, threshold, chunk_size) {}
+};
+
+class HeaderConverterEncoderChooser : public HeaderChooserBase {
+ public:
+  HeaderConverterEncoderChooser(const char* from, const char* to, double threshold, int chunk_size)
+      : HeaderChooserBase(from, to, false, threshold, chunk_size) {}
+};
+
+}  // namespace i18n_mime

@@ -1,0 +1,35 @@
+// One conversion and encoding of a whole text.
+#pragma once
+
+#include <string>
+
+#include <qorvii18n/i18n.hpp>
+
+#include "core/string_buffer.h"
+
+namespace i18n_mime {
+
+// Calling order: construct, give the input once, process once, read the result. convert() does all
+// of it. After an error nothing happens any more.
+class Processor : public i18n::InStrSetter<char>, public i18n::Error {
+ public:
+  void set_in_str(const std::string& input) override = 0;
+  void set_in_str(const char* input) { set_in_str(std::string(input)); }
+  void set_in_str(const char* input, size_t size) { set_in_str(std::string(input, size)); }
+  void set_in_str(const char* begin, const char* end) { set_in_str(std::string(begin, end)); }
+
+  virtual ~Processor();
+  virtual void process() = 0;
+
+  // Both process the input and return the output as a new NUL-terminated string from malloc, or
+  // null after an error.
+  char* get_result();
+  char* convert(const char* input);
+
+ protected:
+  Processor();
+
+  i18n::StringBuffer<char> buffer;
+};
+
+}  // namespace i18n_mime
