@@ -1,7 +1,6 @@
 // Drives one private ICU converter over a text in chunks of bounded size.
 #pragma once
 
-#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -64,25 +63,6 @@ class UcnvChunkIter : public UcnvErrorHandler,
   // nothing of the input was consumed.
   std::int64_t get_error_position() const { return source - in_begin - 1; }
 
-  // n input bytes from the error position on, fewer at the end of the input.
-  std::string get_error_bytes(int n) const requires std::same_as<In, char> {
-    return get_units(get_error_position(), n);
-  }
-
-  // n input units from index pos on, fewer at the end of the input.
-  std::u16string get_in_units(std::int64_t pos, int n) const requires std::same_as<In, char16_t> {
-    return get_units(pos, n);
-  }
-
-  // Lowers the room of every later chunk to n bytes. Ignored unless 0 <= n < the size of a chunk.
-  void set_target_limit(int n) requires std::same_as<Out, char> {
-    if (0 <= n && n < chunk_size) target_limit = target_buffer.get() + n;
-  }
-
-  CharIter<char> get_char_iter() const requires std::same_as<Out, char> {
-    return CharIter<char>(this->chunk);
-  }
-
  protected:
   // The two halves of next_chunk(), around what a derived class does to the units in between. The
   // first kept units of the buffers are already there.
@@ -117,6 +97,9 @@ class ToUnicodeIter : public UcnvChunkIter<char, char16_t> {
   using UcnvChunkIter::UcnvChunkIter;
   ~ToUnicodeIter() override;
   void ucnv_convert() override;
+
+  // n input bytes from the error position on, fewer at the end of the input.
+  std::string get_error_bytes(int n) const { return get_units(get_error_position(), n); }
 };
 
 // UTF-16 to bytes of a charset.
@@ -125,6 +108,16 @@ class FromUnicodeIter : public UcnvChunkIter<char16_t, char> {
   using UcnvChunkIter::UcnvChunkIter;
   ~FromUnicodeIter() override;
   void ucnv_convert() override;
+
+  // n input units from index pos on, fewer at the end of the input.
+  std::u16string get_in_units(std::int64_t pos, int n) const { return get_units(pos, n); }
+
+  // Lowers the room of every later chunk to n bytes. Ignored unless 0 <= n < the size of a chunk.
+  void set_target_limit(int n) {
+    if (0 <= n && n < chunk_size) target_limit = target_buffer.get() + n;
+  }
+
+  CharIter<char> get_char_iter() const { return CharIter<char>(chunk); }
 };
 
 }  // namespace i18n
