@@ -73,7 +73,7 @@ class ChunkFeeder : public i18n::CharsetToCharsetIterPrototype {
   bool has_next_chunk() override { return false; }
   void set_limit_byte_size(int) override {}
   i18n::CharIter<char> get_char_iter() override { return i18n::CharIter<char>(current); }
-  void set_in_str(const std::string&) override {}
+  void set_in_str(std::string&&) override {}
 
  private:
   i18n::StrWithOffsets<char> current;

@@ -8,7 +8,6 @@
 #define QORVII18N_I18N_HPP
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include <qorvii18n/export.h>
@@ -122,26 +121,26 @@ class QORVII18N_EXPORT LineCycle : public Error {
   void close_cycle(StringBuffer<char>& buffer);  // ends the line with the suffix
 
  protected:
-  QORVII18N_NO_EXPORT void set_prefix(const std::string& text);
+  QORVII18N_NO_EXPORT void set_prefix(std::string text);
 
  private:
   friend class i18n_mime::QPBodyEncoder;
   friend class i18n_mime::B64BodyEncoder;
 
-  // For runs of pieces that the encoder measures itself: how much still fits on the open line, and
-  // that so much was appended to it.
+  // For an encoder that measures pieces itself: how much still fits on the open line, and that so
+  // much was appended to it.
   QORVII18N_NO_EXPORT int get_room() const;
   QORVII18N_NO_EXPORT void extend_line(int num_bytes);
+  // Appends text that is made of pieces of one size, each as move_line() would place it.
+  QORVII18N_NO_EXPORT void append_pieces(StringBuffer<char>& buffer, const char* text, int length,
+                                         int piece);
 
   std::int32_t current_length;
   std::int32_t max_length;
   bool first_line;
-  std::unique_ptr<char[]> prefix;
-  std::int32_t prefix_length;
-  std::unique_ptr<char[]> suffix;
-  std::int32_t suffix_length;
-  std::unique_ptr<char[]> line_break;
-  std::int32_t line_break_length;
+  std::string prefix;
+  std::string suffix;
+  std::string line_break;
 };
 
 }  // namespace i18n

@@ -140,9 +140,7 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  QORVII18N_NO_EXPORT void complete_carried_group(i18n::StringBuffer<char>& buffer);
-  QORVII18N_NO_EXPORT void append_folded(const char* text, int length,
-                                         i18n::StringBuffer<char>& buffer);
+  QORVII18N_NO_EXPORT char* put_carried_group(char* out);
 
   i18n::LineCycle line_cycle;
   unsigned char carry[2];  // bytes of the last chunk that did not fill a group of three

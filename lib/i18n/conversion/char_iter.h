@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "conversion/str_with_offsets.h"
 #include "core/chunk_iter.h"
@@ -15,19 +14,18 @@ class CharIter;
 
 // Adjacent bytes with the same offset came from the same character. An escape sequence that the
 // converter wrote in front of a character belongs to it. Unlike a text, an empty chunk has no
-// character: ask has_next_chunk() first.
+// character: ask has_next_chunk() first. The converted chunk is borrowed and must outlive the walk.
 template <>
 class CharIter<char> : public ChunkIter<std::string> {
  public:
-  explicit CharIter(const StrWithOffsets<char>& converted);
+  explicit CharIter(const StrWithOffsets<char>& text);
 
   void next_chunk() override;
   bool has_next_chunk() override;
 
  private:
   std::int32_t position;
-  std::string text;
-  std::vector<std::int32_t> offsets;
+  const StrWithOffsets<char>* converted;
 };
 
 }  // namespace i18n

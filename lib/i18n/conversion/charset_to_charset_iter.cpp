@@ -1,5 +1,7 @@
 #include "conversion/charset_to_charset_iter.h"
 
+#include <utility>
+
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
 
@@ -27,8 +29,8 @@ template <class FromIter>
 CharsetToCharsetChunkIter<FromIter>::~CharsetToCharsetChunkIter() = default;
 
 template <class FromIter>
-void CharsetToCharsetChunkIter<FromIter>::set_in_str(const std::string& input) {
-  to_unicode->set_in_str(input);
+void CharsetToCharsetChunkIter<FromIter>::set_in_str(std::string&& input) {
+  to_unicode->set_in_str(std::move(input));
 }
 
 template <class FromIter>

@@ -18,6 +18,8 @@ class CharsetToCharsetIterPrototype : public ChunkIter<std::string>,
                                       public InStrSetter<char>,
                                       public Error {
  public:
+  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
+  virtual void set_in_str(std::string&& input) = 0;
   // Caps every later chunk at n bytes. A value that makes no sense is ignored.
   virtual void set_limit_byte_size(int n) = 0;
   // Walks the current chunk one character at a time.
@@ -43,7 +45,8 @@ class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
   bool has_next_chunk() override;
   void set_limit_byte_size(int n) override;
   CharIter<char> get_char_iter() override;
-  void set_in_str(const std::string& input) override;
+  using CharsetToCharsetIterPrototype::set_in_str;
+  void set_in_str(std::string&& input) override;
   std::string trace_input_mb_char(int pos, int* start) override;
 
  private:

@@ -1,6 +1,7 @@
 #include "conversion/trivial_iter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace i18n {
 
@@ -9,8 +10,8 @@ TrivialIter::TrivialIter(int max_chunk_bytes)
 
 TrivialIter::~TrivialIter() = default;
 
-void TrivialIter::set_in_str(const std::string& input) {
-  in_str = input;
+void TrivialIter::set_in_str(std::string&& input) {
+  in_str = std::move(input);
   cursor = in_str.data();
   chunk_max = limit =
       static_cast<std::int32_t>(std::min<std::ptrdiff_t>(get_bytes_left(), max_chunk));
@@ -28,7 +29,10 @@ void TrivialIter::next_chunk() {
 
 bool TrivialIter::has_next_chunk() { return get_bytes_left() > 0; }
 
-CharIter<char> TrivialIter::get_char_iter() { return CharIter<char>({}); }
+CharIter<char> TrivialIter::get_char_iter() {
+  static const StrWithOffsets<char> nothing;
+  return CharIter<char>(nothing);
+}
 
 std::ptrdiff_t TrivialIter::get_bytes_left() const {
   return cursor == nullptr ? 0 : in_str.data() + in_str.size() - cursor;

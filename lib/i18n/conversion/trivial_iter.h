@@ -17,7 +17,8 @@ class TrivialIter : public CharsetToCharsetIterPrototype {
   bool has_next_chunk() override;
   void set_limit_byte_size(int n) override;  // 0 < n < the size of a chunk of this input
   CharIter<char> get_char_iter() override;   // over nothing: the input is not known in characters
-  void set_in_str(const std::string& input) override;
+  using CharsetToCharsetIterPrototype::set_in_str;
+  void set_in_str(std::string&& input) override;
 
  private:
   std::ptrdiff_t get_bytes_left() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
@@ -41,6 +42,8 @@ UcnvChunkIter<In, Out>::UcnvChunkIter(const char* charset, int chunk_units)
   target = target_buffer.get();
   target_limit = target + chunk_size;
   offsets_buffer = allocate_offsets(units);
+  this->chunk.text.reserve(units);
+  this->chunk.offsets.reserve(units + 1);
   offsets_target = offsets_end = offsets_buffer.get();
 }
 
@@ -50,6 +53,17 @@ UcnvChunkIter<In, Out>::~UcnvChunkIter() = default;
 template <class In, class Out>
 void UcnvChunkIter<In, Out>::set_in_str(const std::basic_string<In>& text) {
   in_str = text;
+  start_over();
+}
+
+template <class In, class Out>
+void UcnvChunkIter<In, Out>::set_in_str(std::basic_string<In>&& text) {
+  in_str = std::move(text);
+  start_over();
+}
+
+template <class In, class Out>
+void UcnvChunkIter<In, Out>::start_over() {
   in_begin = source = chunk_source = in_str.data();
   in_end = source_limit = in_begin + in_str.size();
 }

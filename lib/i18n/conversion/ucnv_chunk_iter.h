@@ -52,6 +52,7 @@ class UcnvChunkIter : public UcnvErrorHandler,
   virtual bool has_in_str();
 
   void set_in_str(const std::basic_string<In>& text) override;
+  void set_in_str(std::basic_string<In>&& text);
   std::basic_string<In> trace_input_mb_char(int pos, int* start) override;
 
   // Whether the input is the end of the text (true at first). Otherwise there is always a next
@@ -70,6 +71,7 @@ class UcnvChunkIter : public UcnvErrorHandler,
   std::int32_t get_produced() const;
   void make_chunk(std::int32_t units);
 
+  void start_over();  // at the beginning of in_str
   std::basic_string<In> get_units(std::int64_t begin, std::int64_t count) const;
 
   std::int32_t chunk_size;

@@ -20,6 +20,15 @@ inline CString allocate_c_string(size_t size) {
   return block;
 }
 
+// Gives memory beyond size back, where it is worth it and the heap can.
+inline CString shrink_c_string(CString block, size_t old_size, size_t size) {
+  if (old_size - size < old_size / 8) return block;
+  char* smaller = static_cast<char*>(std::realloc(block.get(), size));
+  if (smaller == nullptr) return block;
+  block.release();
+  return CString(smaller);
+}
+
 inline CString copy_c_string(const char* text) {
   const size_t size = std::strlen(text) + 1;
   CString copy = allocate_c_string(size);

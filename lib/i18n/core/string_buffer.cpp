@@ -1,36 +1,44 @@
 #include "core/string_buffer.h"
 
 #include <algorithm>
-#include <cstring>
+#include <new>
+#include <utility>
 
 namespace i18n {
 
-StrLink<char>::StrLink(int block_size)
-    : data(std::make_unique_for_overwrite<char[]>(static_cast<size_t>(block_size))),
-      prev(nullptr),
-      size(block_size) {}
+namespace {
 
-// Takes the chain apart link by link: a long text has more links than the stack has room for calls.
-StrLink<char>::~StrLink() {
-  while (next) next = std::move(next->next);
-}
+// Enough for a short header.
+constexpr size_t first_blocks = 4;
 
-StrLink<char>* StrLink<char>::add_next() {
-  next = std::make_unique<StrLink>(size);
-  next->prev = this;
-  return next.get();
-}
+}  // namespace
 
 BufferImpl<char>::BufferImpl(int block_bytes)
-    : head(std::make_unique<StrLink<char>>(block_bytes)), link_count(1), block_size(block_bytes) {
-  current = head.get();
-  write_pos = current->data.get();
+    : store(block_bytes, first_blocks), block_size(block_bytes) {
+  start();
 }
 
 BufferImpl<char>::~BufferImpl() = default;
 
+void BufferImpl<char>::start() {
+  head = current = store.add_link(nullptr);
+  link_count = 1;
+  write_pos = current->data;
+}
+
 StringBuffer<char>::StringBuffer(int block_bytes) : BufferImpl<char>(block_bytes) {}
 StringBuffer<char>::~StringBuffer() = default;
+
+void StringBuffer<char>::reserve(size_t bytes) {
+  const size_t blocks = bytes / static_cast<size_t>(block_size) + 1;
+  if (blocks <= first_blocks) return;
+  try {
+    store = BlockStore(block_size, blocks);
+    start();
+  } catch (const std::bad_alloc&) {
+    // Blocks are then added as they are needed.
+  }
+}
 
 void StringBuffer<char>::add_char(char byte) {
   if (get_room() == 0) next_block();
@@ -38,15 +46,11 @@ void StringBuffer<char>::add_char(char byte) {
   if (get_room() == 0) next_block();
 }
 
-void StringBuffer<char>::add_bytes(const char* bytes, int length) {
-  if (length > 0) append(bytes, static_cast<size_t>(length));
-}
-
 void StringBuffer<char>::add_bytes(const char* text) { append(text, std::strlen(text)); }
 
 void StringBuffer<char>::add_str(const std::string& text) { append(text.data(), text.size()); }
 
-void StringBuffer<char>::append(const char* bytes, size_t length) {
+void StringBuffer<char>::append_across_blocks(const char* bytes, size_t length) {
   do {
     fill(bytes, length);
   } while (length != 0);
@@ -69,18 +73,18 @@ void StringBuffer<char>::fill(const char*& bytes, size_t& length) {
 }
 
 void StringBuffer<char>::next_block() {
-  current = current->next ? current->next.get() : current->add_next();
-  write_pos = current->data.get();
+  current = current->next != nullptr ? current->next : store.add_link(current);
+  write_pos = current->data;
   ++link_count;
 }
 
 StrLink<char>* StringBuffer<char>::last_char(char*& at) {
-  if (write_pos != current->data.get()) {
+  if (write_pos != current->data) {
     at = write_pos - 1;
     return current;
   }
   StrLink<char>* previous = current->prev;
-  at = previous != nullptr ? previous->data.get() + block_size - 1 : nullptr;
+  at = previous != nullptr ? previous->data + block_size - 1 : nullptr;
   return previous;
 }
 
@@ -102,6 +106,17 @@ std::string StringBuffer<char>::get_str() {
   return content;
 }
 
+CString StringBuffer<char>::release_c_string() {
+  const size_t size = get_size();
+  CString text = store.release_bytes(static_cast<size_t>(link_count));
+  if (!text) {
+    text = allocate_c_string(get_block_total() + 1);
+    copy_content(text.get());
+  }
+  text[size] = '\0';
+  return text;
+}
+
 size_t StringBuffer<char>::get_size() const { return get_block_total() - get_room(); }
 
 size_t StringBuffer<char>::get_block_total() const {
@@ -109,11 +124,11 @@ size_t StringBuffer<char>::get_block_total() const {
 }
 
 void StringBuffer<char>::copy_content(char* target) const {
-  for (const StrLink<char>* link = head.get(); link != current; link = link->next.get()) {
-    std::memcpy(target, link->data.get(), static_cast<size_t>(block_size));
+  for (const StrLink<char>* link = head; link != current; link = link->next) {
+    std::memcpy(target, link->data, static_cast<size_t>(block_size));
     target += block_size;
   }
-  std::memcpy(target, current->data.get(), get_used());
+  std::memcpy(target, current->data, get_used());
 }
 
 }  // namespace i18n

@@ -4,34 +4,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <cstring>
 #include <string>
+
+#include "core/block_store.h"
 
 namespace i18n {
 
 template <class T>
-class StrLink;
-template <class T>
 class BufferImpl;
 template <class T>
 class StringBuffer;
-
-// One block. A link owns the links after it.
-template <>
-class StrLink<char> {
- public:
-  explicit StrLink(int block_size);
-  StrLink(const StrLink&) = delete;
-  StrLink& operator=(const StrLink&) = delete;
-  virtual ~StrLink();
-
-  StrLink* add_next();  // a new link of the same size after this one, which must be the last
-
-  std::unique_ptr<char[]> data;
-  std::unique_ptr<StrLink> next;
-  StrLink* prev;
-  std::int32_t size;
-};
 
 // The chain. Every link before `current` is full; links after it hold nothing and are reused.
 template <>
@@ -43,8 +26,11 @@ class BufferImpl<char> {
   virtual ~BufferImpl();
 
  protected:
+  void start();  // over, with the store's first block
+
+  BlockStore store;
   char* write_pos;
-  std::unique_ptr<StrLink<char>> head;
+  StrLink<char>* head;
   StrLink<char>* current;
   std::int32_t link_count;  // from head to current, both included
   std::int32_t block_size;
@@ -64,9 +50,15 @@ class StringBuffer<char> : public BufferImpl<char>, public Buffer<std::string> {
   explicit StringBuffer(int block_bytes);
   ~StringBuffer() override;
 
+  // Prepares an empty buffer for that much content. Content that keeps within it is in one piece of
+  // memory, which a string can be made of without copying it.
+  void reserve(size_t bytes);
+
   void add_char(char byte);
-  void add_bytes(const char* bytes, int length);  // nothing when length is below 1
-  void add_bytes(const char* text);               // NUL-terminated
+  void add_bytes(const char* bytes, int length) {  // nothing when length is below 1
+    if (length > 0) append(bytes, static_cast<size_t>(length));
+  }
+  void add_bytes(const char* text);  // NUL-terminated
   void add_str(const std::string& text) override;
   std::string get_str() override;
 
@@ -82,14 +74,21 @@ class StringBuffer<char> : public BufferImpl<char>, public Buffer<std::string> {
   char* back_char();
 
   std::int32_t get_link_count() const { return link_count; }
-  size_t get_size() const;         // bytes of content
-  size_t get_block_total() const;  // bytes in the blocks up to the current one
-  void copy_content(char* target) const;
+  size_t get_size() const;  // bytes of content
+  // The content as a NUL-terminated string. The buffer can only be destroyed after that.
+  CString release_c_string();
 
  private:
-  void append(const char* bytes, size_t length);
+  void append(const char* bytes, size_t length) {
+    if (length > get_room()) return append_across_blocks(bytes, length);
+    std::memcpy(write_pos, bytes, length);
+    write_pos += length;
+  }
+  void append_across_blocks(const char* bytes, size_t length);
   void fill(const char*& bytes, size_t& length);
-  size_t get_used() const { return static_cast<size_t>(write_pos - current->data.get()); }
+  size_t get_block_total() const;  // bytes of the blocks up to the current one
+  void copy_content(char* target) const;
+  size_t get_used() const { return static_cast<size_t>(write_pos - current->data); }
   size_t get_room() const { return static_cast<size_t>(block_size) - get_used(); }
 };
 

@@ -35,8 +35,10 @@ class ConverterEncoder : public Processor {
   }
 
   using Processor::set_in_str;
-  void set_in_str(const std::string& input) override {
-    if (is_ok()) iter->set_in_str(input);
+  void set_in_str(std::string&& input) override {
+    if (is_error()) return;
+    buffer.reserve(estimate_output(input));
+    iter->set_in_str(std::move(input));
   }
 
   void process() override {
@@ -71,6 +73,23 @@ class ConverterEncoder : public Processor {
     }
     iter->set_limit_byte_size(limit);
     return true;
+  }
+
+  // The size of the output, a little too large as a rule, if conversion leaves the size of the text
+  // as it is and its beginning is like the rest of it.
+  size_t estimate_output(const std::string& input) const {
+    constexpr size_t base64_line = 72;
+    constexpr size_t qp_line = 73;
+    constexpr size_t sample_size = 2048;
+    if (encoder->get_encoding_type() == I18N_MIME_B64) {
+      const size_t chars = (input.size() / 3 + 1) * 4;
+      return chars + chars / base64_line * 2;
+    }
+    const std::string sample = input.substr(0, sample_size);
+    const auto sample_forms =
+        static_cast<size_t>(QPBodyEncodingTable().get_byte_size_qp_encoded_str(sample));
+    const size_t chars = input.size() / (sample.size() + 1) * sample_forms + sample_forms;
+    return chars + chars / qp_line * 4;
   }
 
   static constexpr int no_limit = -1;

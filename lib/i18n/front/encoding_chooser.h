@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "front/converter_encoder.h"
 
@@ -21,14 +22,14 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
         to_charset(to != nullptr ? to : "") {}
 
   using ConverterEncoder<Iter>::set_in_str;
-  void set_in_str(const std::string& input) override {
+  void set_in_str(std::string&& input) override {
     if (this->is_error()) return;
-    ConverterEncoder<Iter>::set_in_str(input);
     if (prefers_qp(input)) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
       this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());
     }
+    ConverterEncoder<Iter>::set_in_str(std::move(input));
   }
 
  private:

@@ -1,7 +1,5 @@
 #include "front/processor.h"
 
-#include "core/c_string.h"
-
 namespace i18n_mime {
 
 namespace {
@@ -14,10 +12,7 @@ Processor::~Processor() = default;
 char* Processor::get_result() {
   process();
   if (is_error()) return nullptr;
-  i18n::CString result = i18n::allocate_c_string(buffer.get_block_total() + 1);
-  buffer.copy_content(result.get());
-  result[buffer.get_size()] = '\0';
-  return result.release();
+  return buffer.release_c_string().release();
 }
 
 char* Processor::convert(const char* input) {

@@ -13,7 +13,8 @@ namespace i18n_mime {
 // of it. After an error nothing happens any more.
 class Processor : public i18n::InStrSetter<char>, public i18n::Error {
  public:
-  void set_in_str(const std::string& input) override = 0;
+  virtual void set_in_str(std::string&& input) = 0;
+  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
   void set_in_str(const char* input) { set_in_str(std::string(input)); }
   void set_in_str(const char* input, size_t size) { set_in_str(std::string(input, size)); }
   void set_in_str(const char* begin, const char* end) { set_in_str(std::string(begin, end)); }

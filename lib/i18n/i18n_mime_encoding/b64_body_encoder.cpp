@@ -30,41 +30,30 @@ B64BodyEncoder::~B64BodyEncoder() = default;
 void B64BodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                             i18n::StringBuffer<char>& buffer) {
   set_ptrs(iter.get_chunk());
-  if (carry_size != 0) complete_carried_group(buffer);
-  char text[batch_groups * group_chars];
+  char text[(1 + batch_groups) * group_chars];
+  char* out = put_carried_group(text);
   while (end - position >= group_bytes) {
     const size_t groups = std::min(static_cast<size_t>(end - position) / group_bytes, batch_groups);
-    put_base64_groups(text, position, groups);
-    append_folded(text, static_cast<int>(groups * group_chars), buffer);
+    put_base64_groups(out, position, groups);
+    out += groups * group_chars;
     position += groups * group_bytes;
+    line_cycle.append_pieces(buffer, text, static_cast<int>(out - text), group_chars);
+    out = text;
   }
+  line_cycle.append_pieces(buffer, text, static_cast<int>(out - text), group_chars);
   while (position != end) carry[carry_size++] = *position++;
 }
 
-// Fills up the group that the last chunk began, if this one has enough for it.
-void B64BodyEncoder::complete_carried_group(i18n::StringBuffer<char>& buffer) {
-  if (end - position < group_bytes - carry_size) return;
+// The group that the last chunk began, if there is one and this chunk has enough for the rest of
+// it. Returns the end of what it wrote.
+char* B64BodyEncoder::put_carried_group(char* out) {
+  if (carry_size == 0 || end - position < group_bytes - carry_size) return out;
   unsigned char group[group_bytes];
   unsigned char* next = std::copy_n(carry, carry_size, group);
   while (next != group + group_bytes) *next++ = *position++;
   carry_size = 0;
-  char text[group_chars];
-  put_base64_groups(text, group, 1);
-  append_folded(text, group_chars, buffer);
-}
-
-// The line cycle places the first group of each line, and counts the others that fit as one run.
-void B64BodyEncoder::append_folded(const char* text, int length, i18n::StringBuffer<char>& buffer) {
-  while (length > 0) {
-    line_cycle.move_line(buffer, group_chars);
-    const int room = line_cycle.get_room() / group_chars * group_chars;
-    const int others = std::min(room, length - group_chars);
-    line_cycle.extend_line(others);
-    const int run = group_chars + others;
-    buffer.add_bytes(text, run);
-    text += run;
-    length -= run;
-  }
+  put_base64_groups_plain(out, group, 1);
+  return out + group_chars;
 }
 
 void B64BodyEncoder::complete(i18n::StringBuffer<char>& buffer) {
@@ -72,7 +61,7 @@ void B64BodyEncoder::complete(i18n::StringBuffer<char>& buffer) {
   char text[group_chars];
   put_base64_rest(text, carry, static_cast<size_t>(carry_size));
   carry_size = 0;
-  append_folded(text, group_chars, buffer);
+  line_cycle.append_pieces(buffer, text, group_chars, group_chars);
 }
 
 i18n_mime_encoding_t B64BodyEncoder::get_encoding_type() const { return I18N_MIME_B64; }

@@ -15,10 +15,14 @@ void put_group(char* out, unsigned b0, unsigned b1, unsigned b2) {
 
 }  // namespace
 
-void put_base64_groups(char* out, const unsigned char* bytes, size_t count) {
+void put_base64_groups_plain(char* out, const unsigned char* bytes, size_t count) {
   for (; count != 0; --count, bytes += group_bytes, out += group_chars) {
     put_group(out, bytes[0], bytes[1], bytes[2]);
   }
+}
+
+void put_base64_groups(char* out, const unsigned char* bytes, size_t count) {
+  if (!put_base64_groups_vector(out, bytes, count)) put_base64_groups_plain(out, bytes, count);
 }
 
 void put_base64_rest(char* out, const unsigned char* bytes, size_t size) {

@@ -22,26 +22,19 @@ QPBodyEncoder& QPBodyEncoder::operator=(const QPBodyEncoder& other) = default;
 QPBodyEncoder& QPBodyEncoder::operator=(QPBodyEncoder&& other) = default;
 QPBodyEncoder::~QPBodyEncoder() = default;
 
-// The line cycle places the first piece of each line; what else fits on that line is then written
-// and counted as one run.
+// The line cycle places the first piece of each line; what else fits on that line is written and
+// counted with it as one run.
 void QPBodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                            i18n::StringBuffer<char>& buffer) {
   set_ptrs(iter.get_chunk());
   while (position != end) {
-    line_cycle.move_line(buffer, table[*position] == 1 ? escape_size : literal_size);
-    char run[max_body_line + escape_size + max_form_size];
-    char* out = put_form(run, *position, table[*position] == 1);
-    ++position;
-    const char* const first_piece_end = out;
-    const char* const line_end = out + line_cycle.get_room();
-    while (position != end) {
-      char* const piece_end = put_form(out, *position, table[*position] == 1);
-      if (piece_end > line_end) break;
-      out = piece_end;
-      ++position;
-    }
-    line_cycle.extend_line(static_cast<int>(out - first_piece_end));
-    buffer.add_bytes(run, static_cast<int>(out - run));
+    const int first_piece = get_form_size(table, *position);
+    line_cycle.move_line(buffer, first_piece);
+    char run[max_body_line + forms_slack];
+    const char* const limit = run + first_piece + line_cycle.get_room();
+    const int length = static_cast<int>(put_forms(run, limit, table, position, end) - run);
+    line_cycle.extend_line(length - first_piece);
+    buffer.add_bytes(run, length);
   }
 }
 
@@ -56,8 +49,8 @@ void QPBodyEncoder::complete(i18n::StringBuffer<char>& buffer) {
   }
   // The blank that was taken back still counts on its line.
   line_cycle.move_line(buffer, escape_size);
-  char form[max_form_size];
-  put_form(form, static_cast<unsigned char>(byte), true);
+  char form[escape_size + forms_slack];
+  put_escape(form, static_cast<unsigned char>(byte));
   buffer.add_bytes(form, escape_size);
 }
 

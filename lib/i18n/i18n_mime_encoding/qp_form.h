@@ -1,38 +1,27 @@
-// How quoted-printable writes a byte.
+// How quoted-printable writes bytes: as they are, or as escapes of three characters. The table has an
+// entry for each byte value, 1 where the byte must be escaped.
 #pragma once
-
-#include <array>
-#include <cstring>
 
 namespace i18n_mime {
 
 constexpr int literal_size = 1;
 constexpr int escape_size = 3;
-// Room that put_form() writes to, whatever the form's own size.
-constexpr int max_form_size = 4;
 
-struct QPForms {
-  // By table entry (1: escaped) and byte value.
-  std::array<std::array<std::array<char, max_form_size>, 256>, 2> bytes;
-};
+inline bool is_escaped(const char* table, unsigned char byte) { return table[byte] == 1; }
 
-constexpr QPForms make_qp_forms() {
-  constexpr char digits[] = "0123456789ABCDEF";
-  QPForms forms{};
-  for (unsigned value = 0; value < 256; ++value) {
-    forms.bytes[0][value] = {static_cast<char>(value)};
-    forms.bytes[1][value] = {'=', digits[value >> 4], digits[value & 15]};
-  }
-  return forms;
+inline int get_form_size(const char* table, unsigned char byte) {
+  return is_escaped(table, byte) ? escape_size : literal_size;
 }
 
-inline constexpr QPForms qp_forms = make_qp_forms();
+// What the functions below may write beyond the end that they return.
+constexpr int forms_slack = 16;
 
-// Writes max_form_size bytes at out, of which the form takes the first one or three; returns the
-// form's end. Without branches, since escapes come too irregularly to be predicted.
-inline char* put_form(char* out, unsigned char byte, bool escaped) {
-  std::memcpy(out, qp_forms.bytes[escaped][byte].data(), max_form_size);
-  return out + (escaped ? escape_size : literal_size);
-}
+// Writes an escape and returns its end.
+char* put_escape(char* out, unsigned char byte);
+
+// Writes the forms of the bytes from position on, as many as end at or before limit, and moves
+// position past them. Returns the end of the forms.
+char* put_forms(char* out, const char* limit, const char* table, const unsigned char*& position,
+                const unsigned char* end);
 
 }  // namespace i18n_mime

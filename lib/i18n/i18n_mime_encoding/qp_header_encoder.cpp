@@ -6,6 +6,13 @@
 
 namespace i18n_mime {
 
+namespace {
+
+// Bytes written at once: more than the escapes of a character take.
+constexpr int max_run = 64;
+
+}  // namespace
+
 QPHeaderEncoder::QPHeaderEncoder(const char* charset_name)
     : GenericEncoder(charset_name), line_cycle(charset_name, I18N_MIME_QP) {}
 QPHeaderEncoder::QPHeaderEncoder(const QPHeaderEncoder& other) = default;
@@ -26,10 +33,10 @@ void QPHeaderEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
     const std::string& character = characters.get_chunk();
     line_cycle.move_line(buffer, get_byte_size_qp_encoded_str(character));
     set_ptrs(character);
-    for (; position != end; ++position) {
-      char form[max_form_size];
-      const char* form_end = put_form(form, *position, table[*position] == 1);
-      buffer.add_bytes(form, static_cast<int>(form_end - form));
+    while (position != end) {
+      char run[max_run + forms_slack];
+      const char* const run_end = put_forms(run, run + max_run, table, position, end);
+      buffer.add_bytes(run, static_cast<int>(run_end - run));
     }
   }
 }
