@@ -125,6 +125,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
   status = U_ZERO_ERROR;
   const int32_t length =
       ucnv_fromUChars(to->converter, output, capacity, text.get(), units, &status);
+  if (length < 0) return nullptr;  // longer than ICU can count
   if (output_length != nullptr) *output_length = length;
   if (U_FAILURE(status)) return nullptr;
   allocated.release();
