@@ -11,7 +11,8 @@
  *
  * A name that comes from outside should be opened here first and replaced by
  * i18n_charset_get_name(): ICU ignores punctuation and control bytes in names and accepts option
- * suffixes, so a string it opens is not yet a string fit for a mail header.
+ * suffixes, so a string it opens is not yet a string fit for a mail header. A preferred name that
+ * has a comma has such options in it.
  */
 #ifndef QORVII18N_I18N_CHARSET_H
 #define QORVII18N_I18N_CHARSET_H

@@ -57,12 +57,14 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 /* Converts input_length bytes (zero or more) and returns the converted bytes, or null.
  *
  * output null: the result is a new buffer, released with i18n_iconv_free(). It has room for four
- *   bytes per UTF-16 unit of the text and a NUL; a longer result is a failure.
+ *   bytes per UTF-16 unit of the text and a NUL; a longer result is a failure. Charsets that shift
+ *   between character sets can need more: give a buffer, or use i18n_iconv_easy_ex().
  * output given: the result is that buffer; *output_length is its capacity on entry and must not be
  *   null.
  *
  * *output_length, when given, receives the length in bytes: after a failure because the buffer was
- * too small, the length that was needed; after input that could not be read, it is left alone. A
+ * too small, the length that was needed; after input that could not be read, or output of 2 GiB and
+ * more, which is a failure, it is left alone. A
  * NUL follows the output where there is room for it, and is not counted. */
 QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* input,
                                        int input_length, const i18n_charset_t* to, char* output,
@@ -70,7 +72,8 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 
 /* Converts input_length bytes and says what went wrong and where. Returns
  *
- *    0  converted
+ *    0  converted, or the output side failed in a way not listed here: half a surrogate pair at the
+ *       end of the text is one
  *   -1  the input ends inside a character;     *error_position: bytes read
  *   -2  the caller's buffer is too small;      *error_position: see below
  *   -3  the input has an invalid sequence;     *error_position: bytes read, the bad ones included

@@ -4,10 +4,11 @@
  *    charset; the result is 7-bit text in the mail charset. Body functions give quoted-printable or
  *    base64 text in lines of at most 76 characters separated by CR LF, with no line break at the
  *    end; the input's own line breaks are encoded like any other byte. Header functions give
- * encoded words of at most 75 characters, folded with CR LF TAB.
+ *    encoded words of at most 75 characters, folded with CR LF TAB.
  * 2. Charset names are names or aliases that ICU knows. Encoded words name the target exactly as it
  *    was passed, so a name that comes from outside has to be vetted first: open it with
- *    i18n_charset_open() and pass on i18n_charset_get_name().
+ *    i18n_charset_open(), pass on i18n_charset_get_name(), and refuse one that has a comma (options
+ *    of ICU, which no mail reader knows).
  * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, bytes
  *    that are not of the source charset, a character that the mail charset lacks), the result is an
  *    unencoded copy of the input. Nothing is substituted. The diagnostics on standard error name
@@ -34,7 +35,9 @@ typedef enum i18n_mime_encoding_t {
 } i18n_mime_encoding_t;
 
 /* Fixed encoding: from_charset to to_charset. A body whose two names are the same string is encoded
- * without conversion; header text is always converted, in whole characters. */
+ * without conversion; header text is always converted. Words hold whole characters as long as the
+ * text has no more than 86 UTF-16 units: encode a longer one in pieces, if readers are to decode
+ * each word alone. */
 QORVII18N_EXPORT char* i18n_mime_encode_qp(const char* str, const char* from_charset,
                                            const char* to_charset);
 QORVII18N_EXPORT char* i18n_mime_encode_b64(const char* str, const char* from_charset,

@@ -147,8 +147,8 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
   int carry_size;
 };
 
-// "Q" encoded words. A word grows until the next character does not fit; chunk boundaries play no
-// part, and no character is split between words.
+// "Q" encoded words. A word grows until the next character of the chunk does not fit; chunk
+// boundaries play no part, except that a character which the iterator split is two of them.
 class QORVII18N_EXPORT QPHeaderEncoder : public GenericEncoder, private QPHeaderEncodingTable {
  public:
   explicit QPHeaderEncoder(const char* charset);
