@@ -17,6 +17,7 @@ struct UConverter;
 namespace i18n_mime {
 class QPBodyEncoder;
 class B64BodyEncoder;
+class QPHeaderEncoder;
 }  // namespace i18n_mime
 
 namespace i18n {
@@ -126,6 +127,7 @@ class QORVII18N_EXPORT LineCycle : public Error {
  private:
   friend class i18n_mime::QPBodyEncoder;
   friend class i18n_mime::B64BodyEncoder;
+  friend class i18n_mime::QPHeaderEncoder;
 
   // For an encoder that measures pieces itself: how much still fits on the open line, and that so
   // much was appended to it.

@@ -62,10 +62,10 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
  * output given: the result is that buffer; *output_length is its capacity on entry and must not be
  *   null.
  *
- * *output_length, when given, receives the length in bytes: after a failure because the buffer was
- * too small, the length that was needed; after input that could not be read, or output of 2 GiB and
- * more, which is a failure, it is left alone. A
- * NUL follows the output where there is room for it, and is not counted. */
+ * *output_length, when given, receives the length in bytes: when the buffer was too small, the
+ * length that was needed; after input that could not be read, or output of 2 GiB and more, which is
+ * a failure, it is left alone. A NUL follows the output where there is room for it, and is not
+ * counted. */
 QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* input,
                                        int input_length, const i18n_charset_t* to, char* output,
                                        int64_t* output_length);

@@ -24,18 +24,33 @@ enum Result {
   kUnmappable = -4
 };
 
+// An array that is not initialised, and not on the heap when it has no more than few elements.
+template <class T, size_t few>
+class WorkArea {
+ public:
+  explicit WorkArea(size_t size) {
+    if (size > few) many = std::make_unique_for_overwrite<T[]>(size);
+  }
+  T* get() { return many ? many.get() : near; }
+
+ private:
+  T near[few];
+  std::unique_ptr<T[]> many;
+};
+
+constexpr size_t few_units = 256;
+using Units = WorkArea<UChar, few_units>;
+
 // UTF-16 text in which every unit knows the input byte it came from.
 struct TracedText {
   explicit TracedText(size_t unit_capacity)
-      : capacity(unit_capacity),
-        units(std::make_unique_for_overwrite<UChar[]>(unit_capacity)),
-        offsets(i18n::allocate_offsets(unit_capacity)) {
-    i18n::clear_offsets(offsets.get(), unit_capacity);
+      : capacity(unit_capacity), units(capacity), offsets(i18n::offsets_for(capacity)) {
+    i18n::clear_offsets(offsets.get(), capacity);
   }
 
   size_t capacity;
-  std::unique_ptr<UChar[]> units;
-  std::unique_ptr<int32_t[]> offsets;
+  Units units;
+  WorkArea<int32_t, i18n::offsets_for(few_units)> offsets;
   size_t length = 0;
 };
 
@@ -58,7 +73,7 @@ struct TracedOutput {
   // can write at most, and more than any converter writes for a unit is not offered to it.
   TracedOutput(const UConverter* converter, size_t units, size_t buffer_size)
       : capacity(std::min({buffer_size, bytes_per_unit * units + slack, max_target_bytes})),
-        offsets(i18n::allocate_offsets(capacity)),
+        offsets(i18n::offsets_for(capacity)),
         traced(std::min(capacity, largest_output(converter, units))) {
     i18n::clear_offsets(offsets.get(), traced);
   }
@@ -72,12 +87,12 @@ struct TracedOutput {
   static constexpr size_t slack = 64;
 
   size_t capacity;
-  std::unique_ptr<int32_t[]> offsets;
+  WorkArea<int32_t, 2048> offsets;
   size_t traced;
   size_t length = 0;
 };
 
-UErrorCode write_output(UConverter* converter, const TracedText& text, char* buffer,
+UErrorCode write_output(UConverter* converter, TracedText& text, char* buffer,
                         TracedOutput& output) {
   UErrorCode status = U_ZERO_ERROR;
   const UChar* source = text.units.get();
@@ -89,11 +104,11 @@ UErrorCode write_output(UConverter* converter, const TracedText& text, char* buf
 }
 
 // The index of the input byte from which the last byte written came, 0 when that is not known.
-size_t last_converted(const TracedText& text, const TracedOutput& output) {
+size_t last_converted(TracedText& text, TracedOutput& output) {
   if (output.length == 0 || output.length > output.traced) return 0;
-  const int32_t unit = output.offsets[output.length - 1];
+  const int32_t unit = output.offsets.get()[output.length - 1];
   if (unit < 0 || static_cast<size_t>(unit) >= text.length) return 0;
-  return static_cast<size_t>(std::max(text.offsets[unit], 0));
+  return static_cast<size_t>(std::max(text.offsets.get()[unit], 0));
 }
 
 // Room for four bytes a unit and a NUL.
@@ -106,7 +121,7 @@ int easy_capacity(int32_t units) {
 
 char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_length,
                       const i18n_charset_t* to, char* output, int64_t* output_length) {
-  auto text = std::make_unique_for_overwrite<UChar[]>(static_cast<size_t>(input_length));
+  Units text(static_cast<size_t>(input_length));
   UErrorCode status = U_ZERO_ERROR;
   const int32_t units =
       ucnv_toUChars(from->converter, text.get(), input_length, input, input_length, &status);

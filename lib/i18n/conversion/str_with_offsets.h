@@ -7,10 +7,9 @@
 
 namespace i18n {
 
-// offsets has one entry for each unit of text: the index, from where the chunk's conversion began,
-// of the first input unit of the character that produced it, or -1 when the converter gave no
-// source. A last entry holds the number of input units that the conversion consumed. Units of one
-// character share one offset.
+// offsets has one entry for each unit of text: where the character that it belongs to begins in the
+// input, counted from where this chunk began; -1 when the converter did not say. One more entry,
+// the last, is how many input units the chunk took. Units of one character have one offset.
 template <class T>
 struct StrWithOffsets {
   StrWithOffsets() = default;

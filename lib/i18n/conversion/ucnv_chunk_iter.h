@@ -18,8 +18,8 @@ namespace i18n {
 template <class T>
 class InputMBCharTracer {
  public:
-  // The input units of the character that produced unit pos of the current chunk; the index of the
-  // first of them in the whole input goes through start.
+  // The character of the input that unit pos of the current chunk came from. Where it begins in the
+  // whole input goes through start.
   virtual std::basic_string<T> trace_input_mb_char(int pos, int* start) = 0;
 
  protected:

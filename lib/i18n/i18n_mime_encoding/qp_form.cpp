@@ -37,8 +37,8 @@ inline char* put_form(char* out, const char* table, unsigned char byte) {
 
 constexpr std::ptrdiff_t stretch = 16;
 
-// How many bytes from the beginning of a stretch are literals, in steps of four. May take entries of a
-// table other than 0 and 1 for marks: bytes that are not counted are looked at one by one.
+// How many bytes from the beginning of a stretch are literals, in steps of four. May take entries
+// of a table other than 0 and 1 for marks: bytes that are not counted are looked at one by one.
 inline std::ptrdiff_t count_literals(const char* table, const unsigned char* bytes) {
   std::ptrdiff_t count = 0;
   while (count < stretch && (table[bytes[count]] | table[bytes[count + 1]] |
@@ -55,9 +55,9 @@ char* put_escape(char* out, unsigned char byte) {
   return out + escape_size;
 }
 
-// Literals are copied by stretches. Bytes from the first escape on go form by form for a while before
-// the next stretch is looked at: looking again after each escape costs more than it saves in text that
-// is mostly escapes.
+// Literals are copied by stretches. Bytes from the first escape on go form by form for a while
+// before the next stretch is looked at: looking again after each escape costs more than it saves in
+// text that is mostly escapes.
 char* put_forms(char* out, const char* limit, const char* table, const unsigned char*& position,
                 const unsigned char* end) {
   constexpr std::ptrdiff_t forms_in_a_row = 8;

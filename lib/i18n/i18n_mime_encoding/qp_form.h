@@ -1,5 +1,5 @@
-// How quoted-printable writes bytes: as they are, or as escapes of three characters. The table has an
-// entry for each byte value, 1 where the byte must be escaped.
+// How quoted-printable writes bytes: as they are, or as escapes of three characters. The table has
+// an entry for each byte value, 1 where the byte must be escaped.
 #pragma once
 
 namespace i18n_mime {
