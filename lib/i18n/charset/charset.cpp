@@ -81,9 +81,8 @@ i18n_charset_t* i18n_charset_open(const char* name) {
   i18n::make_strict(converter.get());
   auto charset = std::make_unique<i18n_charset_t>();
   charset->name = preferred_name(name, converter.get());
-  charset->converter = converter.get();
   enter_handle(is_alias ? canonical : name, charset.get());
-  converter.release();
+  charset->converter = converter.release();
   i18n_charset_t* handle = charset.release();  // the registry holds it from here on
   if (is_alias) enter_handle(name, handle);
   return handle;

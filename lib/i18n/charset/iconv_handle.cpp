@@ -12,12 +12,27 @@ struct i18n_iconv_t {
   i18n::ConverterPtr to_converter;
 };
 
+namespace {
+
+// ICU copies a compound text converter together with the pointers to what it owns, and the copy
+// would release that when it is closed: such a converter is opened anew.
+i18n::ConverterPtr copy_converter(const UConverter* converter, UErrorCode* status) {
+  if (ucnv_getType(converter) != UCNV_COMPOUND_TEXT) {
+    return i18n::ConverterPtr(ucnv_clone(converter, status));
+  }
+  i18n::ConverterPtr copy = i18n::open_plain_converter(ucnv_getName(converter, status));
+  if (copy) i18n::make_strict(copy.get());
+  return copy;
+}
+
+}  // namespace
+
 i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to, const i18n_charset_t* from) {
   UErrorCode status = U_ZERO_ERROR;
-  i18n::ConverterPtr from_clone(ucnv_clone(from->converter, &status));
-  i18n::ConverterPtr to_clone(ucnv_clone(to->converter, &status));
-  if (!from_clone || !to_clone) return nullptr;
-  return new i18n_iconv_t{std::move(from_clone), std::move(to_clone)};
+  i18n::ConverterPtr from_copy = copy_converter(from->converter, &status);
+  i18n::ConverterPtr to_copy = copy_converter(to->converter, &status);
+  if (!from_copy || !to_copy) return nullptr;
+  return new i18n_iconv_t{std::move(from_copy), std::move(to_copy)};
 }
 
 void i18n_iconv_close(i18n_iconv_t* handle) { delete handle; }
