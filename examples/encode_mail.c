@@ -74,6 +74,13 @@ static options_t parse_options(char** argv) {
   return options;
 }
 
+/* What ICU takes for options after a comma would give the charset itself a name that no mail
+ * program knows, so such a name is not even opened. */
+static const i18n_charset_t* open_users_charset(const char* name) {
+  if (strchr(name, ',') != NULL) fail(exit_failed, "no charset for mail: %s", name);
+  return open_charset(name);
+}
+
 /* The charset's preferred name, which goes into the mail: never the user's own spelling, in which
  * the library overlooks blanks, punctuation and line breaks. */
 static const char* name_for_mail(const i18n_charset_t* charset) {
@@ -84,7 +91,7 @@ static const char* name_for_mail(const i18n_charset_t* charset) {
 }
 
 static const i18n_charset_t* target_charset(const char* users_choice, const char* librarys_choice) {
-  if (users_choice != NULL) return open_charset(users_choice);
+  if (users_choice != NULL) return open_users_charset(users_choice);
   return open_charset(librarys_choice != NULL ? librarys_choice : "UTF-8");
 }
 
@@ -174,7 +181,7 @@ static void print_mail(const char* subject, const char* charset, i18n_mime_encod
 int main(int argc, char** argv) {
   (void)argc;
   options_t options = parse_options(argv);
-  const i18n_charset_t* from = open_charset(options.from);
+  const i18n_charset_t* from = open_users_charset(options.from);
   const char* from_name = i18n_charset_get_name(from);
   const i18n_charset_t* body_to =
       target_charset(options.to, i18n_mime_get_body_to_charset_name(from_name));

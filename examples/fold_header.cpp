@@ -136,7 +136,7 @@ int main(int /*argc*/, char** argv) {
   i18n_mime::QPHeaderEncodingTable table;
   const int escapes = table.get_number_qp_encoded_bytes(text);
   const auto chosen =
-      options.threshold * static_cast<double>(text.size()) > escapes ? I18N_MIME_QP : I18N_MIME_B64;
+      options.threshold > escapes / static_cast<double>(text.size()) ? I18N_MIME_QP : I18N_MIME_B64;
   std::cout << text.size() << " bytes, " << escapes << " to escape: " << get_encoding_str(chosen)
             << " is chosen at a threshold of " << options.threshold << '\n';
 

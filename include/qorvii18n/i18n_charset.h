@@ -9,10 +9,11 @@
  * 5. Thread rules: a call may create shared state, and the one-shot conversions of i18n_iconv.h use
  *    the handles' own converters. Calls from several threads must be serialised by the caller.
  *
- * A name that comes from outside should be opened here first and replaced by
- * i18n_charset_get_name(): ICU ignores punctuation and control bytes in names and accepts option
- * suffixes, so a string it opens is not yet a string fit for a mail header. A preferred name that
- * has a comma has such options in it.
+ * A name that comes from outside: ICU ignores punctuation and control bytes in names, and takes
+ * what follows a comma for options, so a string that it opens is not yet fit for a mail header.
+ * Refuse a name with a comma, open it, and pass on i18n_charset_get_name(). A name with options
+ * must not be opened at all: the preferred name is looked up for the spelling that opened the
+ * charset first, and would be ICU's internal one from then on.
  */
 #ifndef QORVII18N_I18N_CHARSET_H
 #define QORVII18N_I18N_CHARSET_H
@@ -45,7 +46,8 @@ QORVII18N_EXPORT i18n_charset_t* i18n_charset_open_special(int selector);
  * ucnv_countAvailable() rather than by the first null. Every call returns the same array. */
 QORVII18N_EXPORT i18n_charset_t** i18n_charset_open_all(void);
 
-/* The charset's preferred name: its MIME name, else its IANA name, else ICU's own. */
+/* The charset's preferred name: the MIME name of the spelling that opened it first, else its IANA
+ * name, else ICU's own. */
 QORVII18N_EXPORT const char* i18n_charset_get_name(const i18n_charset_t* charset);
 
 #ifdef __cplusplus

@@ -6,9 +6,7 @@
  *    end; the input's own line breaks are encoded like any other byte. Header functions give
  *    encoded words of at most 75 characters, folded with CR LF TAB.
  * 2. Charset names are names or aliases that ICU knows. Encoded words name the target exactly as it
- *    was passed, so a name that comes from outside has to be vetted first: open it with
- *    i18n_charset_open(), pass on i18n_charset_get_name(), and refuse one that has a comma (options
- *    of ICU, which no mail reader knows).
+ *    was passed, so a name that comes from outside has to be vetted first: see i18n_charset.h.
  * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, bytes
  *    that are not of the source charset, a character that the mail charset lacks), the result is an
  *    unencoded copy of the input. Nothing is substituted. The diagnostics on standard error name
@@ -16,8 +14,9 @@
  * 4. Every char* result, and every string stored through to_charset_out, belongs to the caller and
  *    is released with i18n_mime_free(). Results of type const char* belong to the library.
  * 5. When memory runs out, std::bad_alloc propagates.
- * 6. Thread rules: the first call fills tables that are only read from then on. Make one call of
- *    i18n_mime_get_body_to_charset_name() before several threads encode at once.
+ * 6. Thread rules: make one call of i18n_mime_get_body_to_charset_name() before several threads
+ *    encode at once. It fills tables that are only read from then on.
+ * 7. Text in mail has CR LF line ends: write those into a body before it is encoded.
  */
 #ifndef QORVII18N_I18N_MIME_H
 #define QORVII18N_I18N_MIME_H

@@ -18,12 +18,13 @@ class CharsetToCharsetIterPrototype : public ChunkIter<std::string>,
                                       public InStrSetter<char>,
                                       public Error {
  public:
-  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
-  virtual void set_in_str(std::string&& input) = 0;
   // Caps every later chunk at n bytes. A value that makes no sense is ignored.
   virtual void set_limit_byte_size(int n) = 0;
   // Walks the current chunk one character at a time.
   virtual CharIter<char> get_char_iter() = 0;
+
+  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
+  virtual void set_in_str(std::string&& input) = 0;
 };
 
 // Two stages: bytes of the source charset to UTF-16, and UTF-16 to bytes of the target charset. A

@@ -98,6 +98,11 @@ void UcnvChunkIter<In, Out>::convert_after(std::int32_t kept) {
 }
 
 template <class In, class Out>
+UBool UcnvChunkIter<In, Out>::is_last_call() const {
+  return static_cast<UBool>(flush && source_limit == in_end);
+}
+
+template <class In, class Out>
 std::int32_t UcnvChunkIter<In, Out>::get_produced() const {
   return static_cast<std::int32_t>(target - target_buffer.get());
 }
@@ -147,7 +152,7 @@ ToUnicodeIter::~ToUnicodeIter() = default;
 void ToUnicodeIter::ucnv_convert() {
   UErrorCode code = static_cast<UErrorCode>(status);
   ucnv_toUnicode(converter.get(), &target, target_limit, &source, source_limit, offsets_target,
-                 flush && source_limit == in_end, &code);
+                 is_last_call(), &code);
   status = code;
   if (ucnv_is_ok() || !report_errors) return;
   print_message(Message::kCannotConvertInput, hex_dump(get_error_bytes(5)).c_str(),
@@ -160,7 +165,7 @@ void FromUnicodeIter::ucnv_convert() {
   UErrorCode code = static_cast<UErrorCode>(status);
   // Kept bytes can already take more than a limit that was lowered after they were kept.
   ucnv_fromUnicode(converter.get(), &target, std::max(target, target_limit), &source, source_limit,
-                   offsets_target, flush && source_limit == in_end, &code);
+                   offsets_target, is_last_call(), &code);
   status = code;
   if (ucnv_is_ok() || !report_errors) return;
   const std::int64_t position = get_error_position();

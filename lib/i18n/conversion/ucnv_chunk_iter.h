@@ -68,6 +68,7 @@ class UcnvChunkIter : public UcnvErrorHandler,
   // The two halves of next_chunk(), around what a derived class does to the units in between. The
   // first kept units of the buffers are already there.
   void convert_after(std::int32_t kept);
+  UBool is_last_call() const;  // as far as ICU is concerned
   std::int32_t get_produced() const;
   void make_chunk(std::int32_t units);
 

@@ -37,7 +37,7 @@ class ConverterEncoder : public Processor {
   using Processor::set_in_str;
   void set_in_str(std::string&& input) override {
     if (is_error()) return;
-    buffer.reserve(estimate_output(input));
+    if (encoder) buffer.reserve(estimate_output(input));
     iter->set_in_str(std::move(input));
   }
 

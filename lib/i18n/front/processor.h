@@ -13,7 +13,6 @@ namespace i18n_mime {
 // of it. After an error nothing happens any more.
 class Processor : public i18n::InStrSetter<char>, public i18n::Error {
  public:
-  virtual void set_in_str(std::string&& input) = 0;
   void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
   void set_in_str(const char* input) { set_in_str(std::string(input)); }
   void set_in_str(const char* input, size_t size) { set_in_str(std::string(input, size)); }
@@ -21,6 +20,7 @@ class Processor : public i18n::InStrSetter<char>, public i18n::Error {
 
   virtual ~Processor();
   virtual void process() = 0;
+  virtual void set_in_str(std::string&& input) = 0;
 
   // Both process the input and return the output as a new NUL-terminated string from malloc, or
   // null after an error.

@@ -32,7 +32,7 @@ constexpr Forms forms = make_forms();
 inline char* put_form(char* out, const char* table, unsigned char byte) {
   const bool escaped = is_escaped(table, byte);
   std::memcpy(out, forms.bytes[escaped][byte].data(), sizeof(Form));
-  return out + literal_size + (escape_size - literal_size) * escaped;
+  return out + (escaped ? escape_size : literal_size);
 }
 
 constexpr std::ptrdiff_t stretch = 16;
