@@ -1,18 +1,11 @@
 // The use that several threads are allowed: after one first call, all may encode at once.
-#include <gtest/gtest.h>
 #include <qorvii18n/i18n_mime.h>
 
-#include <string>
 #include <thread>
-#include <vector>
+
+#include "support/testing.h"
 
 namespace {
-
-std::string take(char* text) {
-  std::string copy = text;
-  i18n_mime_free(text);
-  return copy;
-}
 
 std::string encode_all() {
   const char* text =
