@@ -7,10 +7,11 @@
  *    encoded words of at most 75 characters, folded with CR LF TAB.
  * 2. Charset names are names or aliases that ICU knows. Encoded words name the target exactly as it
  *    was passed, so a name that comes from outside has to be vetted first: see i18n_charset.h.
- * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, bytes
- *    that are not of the source charset, a character that the mail charset lacks), the result is an
- *    unencoded copy of the input. Nothing is substituted. The diagnostics on standard error name
- *    the offending bytes and their position in bytes.
+ * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, or
+ *    too long to leave a base64 word any room: 62 bytes; bytes that are not of the source charset; a
+ *    character that the mail charset lacks), the result is an unencoded copy of the input. Nothing
+ *    is substituted. The diagnostics on standard error name the offending bytes and their position
+ *    in bytes.
  * 4. Every char* result, and every string stored through to_charset_out, belongs to the caller and
  *    is released with i18n_mime_free(). Results of type const char* belong to the library.
  * 5. When memory runs out, std::bad_alloc propagates.
