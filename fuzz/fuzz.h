@@ -68,6 +68,11 @@ inline bool convert_text(const char* from, const char* to, std::string text, std
   return U_SUCCESS(convert(ucnv_fromUnicode, target.getAlias(), units, result));
 }
 
+// ICU 72 reads SCSU wrongly when a chunk is full just before a window is defined.
+inline bool is_read_alike_in_chunks(std::string_view charset) {
+  return !charset.starts_with("SCSU");
+}
+
 // ICU writes SCSU and LMBCS in a form that depends on how much of the text a call sees.
 inline bool is_same_text(std::string left, std::string right, const std::string& charset) {
   if (charset.starts_with("SCSU") || charset.starts_with("LMBCS")) {
@@ -176,8 +181,8 @@ class Input {
 
   // Bytes as they come; or taken as UTF-8 and converted to `from`, without what that lacks, or what
   // `to` lacks as well. Repeats let a short input fill many chunks.
-  std::string text(const char* from, const char* to) {
-    const unsigned form = number(3), repeats = number(16);
+  std::string text(const char* from, const char* to, unsigned most = 16) {
+    const unsigned form = number(3), repeats = number(most);
     if (form == 2) convert_text("UTF-8", to, bytes, bytes, false);
     if (form != 0) convert_text(form == 2 ? to : "UTF-8", from, bytes, bytes, false);
     std::string repeated = bytes;
