@@ -13,7 +13,10 @@ using HeaderIter = i18n::CharsetToCharsetChunkIter<i18n::FromUnicodeFullCharIter
 // Chunks and their offsets as tables write them: "ab|c|" and "0 1 2|0 1|".
 template <class T>
 struct Chunks {
-  void add(const std::basic_string<T>& chunk) { texts += chunk + T{'|'}; }
+  void add(std::basic_string_view<T> chunk) {
+    texts += chunk;
+    texts += T{'|'};
+  }
   void add(const i18n::StrWithOffsets<T>& chunk) {
     add(chunk.text);
     for (const int32_t offset : chunk.offsets) offsets += std::to_string(offset) + " ";
@@ -144,10 +147,7 @@ TEST(CharIter, GroupsAdjacentEqualOffsets) {
       {"ab", {0, 1, 2}, "a|b|"}, {"abcd", {0, 0, 1, 1, 2}, "ab|cd|"}, {"abc", {5, 5, 5, 6}, "abc|"},
       {"abc", {0, 1, 0, 2}, "a|b|c|"}, {"", {0}, ""}, {"", {}, ""}};
   for (const auto& [text, offsets, expected] : cases) {
-    i18n::StrWithOffsets<char> converted;
-    converted.text = text;
-    converted.offsets = offsets;
-    i18n::CharIter<char> iter(converted);
+    i18n::CharIter<char> iter({text, offsets});
     Chunks<char> characters;
     while (iter.has_next_chunk()) {
       iter.next_chunk();

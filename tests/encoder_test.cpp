@@ -56,20 +56,20 @@ TEST(QPTable, OfTheCallerIsFilledOnlyWhenAsked) {
 // One ready-made chunk, with characters as they are in UTF-8.
 struct OneChunk : i18n::CharsetToCharsetIterPrototype {
   explicit OneChunk(const std::string& text) {
-    converted.text = chunk = text;
     int32_t offset = -1;
     for (const char byte : text + "z") {
       const bool begins_character = (byte & 0xc0) != 0x80;
-      converted.offsets.push_back(offset += begins_character);
+      offsets.push_back(offset += begins_character);
     }
+    chunk = text;
   }
   void next_chunk() override {}
   bool has_next_chunk() override { return false; }
   void set_limit_byte_size(int) override {}
-  i18n::CharIter<char> get_char_iter() override { return i18n::CharIter<char>(converted); }
-  void set_in_str(std::string&&) override {}
+  i18n::CharIter<char> get_char_iter() override { return i18n::CharIter<char>({chunk, offsets}); }
+  void borrow_in_str(std::string_view) override {}
 
-  i18n::StrWithOffsets<char> converted;
+  std::vector<int32_t> offsets;
 };
 
 // Each chunk reaches up to the next "|".

@@ -132,8 +132,10 @@ class QORVII18N_EXPORT LineCycle : public Error {
 
   // For an encoder that measures pieces itself: how much still fits on the open line, and that so
   // much was appended to it.
-  QORVII18N_NO_EXPORT int get_room() const;
-  QORVII18N_NO_EXPORT void extend_line(int num_bytes);
+  QORVII18N_NO_EXPORT int get_room() const {
+    return max_length - static_cast<int>(suffix.size()) - current_length;
+  }
+  QORVII18N_NO_EXPORT void extend_line(int num_bytes) { current_length += num_bytes; }
   // Appends text that is made of pieces of one size, each as move_line() would place it.
   QORVII18N_NO_EXPORT void append_pieces(StringBuffer<char>& buffer, const char* text, int length,
                                          int piece);

@@ -10,6 +10,7 @@
 #define QORVII18N_I18N_MIME_HPP
 
 #include <string>
+#include <string_view>
 
 #include <qorvii18n/export.h>
 #include <qorvii18n/i18n_mime.h>
@@ -99,7 +100,7 @@ class QORVII18N_EXPORT GenericEncoder {
   virtual i18n_mime_encoding_t get_encoding_type() const = 0;
 
  protected:
-  void set_ptrs(const std::string& chunk);  // chunk must outlive the use of position and end
+  void set_ptrs(std::string_view chunk);  // chunk must outlive the use of position and end
 
   const char* charset;
   const unsigned char* position;

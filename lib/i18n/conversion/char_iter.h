@@ -1,8 +1,8 @@
 // Walks a converted chunk one source character at a time.
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include <cstddef>
+#include <string_view>
 
 #include "conversion/str_with_offsets.h"
 #include "core/chunk_iter.h"
@@ -14,18 +14,26 @@ class CharIter;
 
 // Adjacent bytes with the same offset came from the same character. An escape sequence that the
 // converter wrote in front of a character belongs to it. Unlike a text, an empty chunk has no
-// character: ask has_next_chunk() first. The converted chunk is borrowed and must outlive the walk.
+// character: ask has_next_chunk() first. What the chunk borrows must outlive the walk.
 template <>
-class CharIter<char> : public ChunkIter<std::string> {
+class CharIter<char> final : public ChunkIter<std::string_view> {
  public:
-  explicit CharIter(const StrWithOffsets<char>& text);
+  explicit CharIter(const StrWithOffsets<char>& text) : position(0), converted(text) {}
 
-  void next_chunk() override;
-  bool has_next_chunk() override;
+  bool has_next_chunk() override { return position < converted.text.size(); }
+
+  void next_chunk() override {
+    size_t end = position;
+    while (end < converted.text.size() && converted.offsets[end] == converted.offsets[position]) {
+      ++end;
+    }
+    chunk = converted.text.substr(position, end - position);
+    position = end;
+  }
 
  private:
-  std::int32_t position;
-  const StrWithOffsets<char>* converted;
+  size_t position;
+  StrWithOffsets<char> converted;
 };
 
 }  // namespace i18n

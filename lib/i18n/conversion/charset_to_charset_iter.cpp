@@ -1,7 +1,5 @@
 #include "conversion/charset_to_charset_iter.h"
 
-#include <utility>
-
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
 
@@ -29,8 +27,8 @@ template <class FromIter>
 CharsetToCharsetChunkIter<FromIter>::~CharsetToCharsetChunkIter() = default;
 
 template <class FromIter>
-void CharsetToCharsetChunkIter<FromIter>::set_in_str(std::string&& input) {
-  to_unicode->set_in_str(std::move(input));
+void CharsetToCharsetChunkIter<FromIter>::borrow_in_str(std::string_view input) {
+  to_unicode->borrow_in_str(input);
 }
 
 template <class FromIter>
@@ -54,7 +52,7 @@ void CharsetToCharsetChunkIter<FromIter>::fetch_unicode() {
     set_error();
   }
   from_unicode->set_flush(!to_unicode->has_next_chunk());
-  from_unicode->set_in_str(to_unicode->get_chunk().text);
+  from_unicode->borrow_in_str(to_unicode->get_chunk().text);
 }
 
 template <class FromIter>

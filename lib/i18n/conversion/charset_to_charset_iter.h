@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <qorvii18n/i18n.hpp>
 
@@ -10,21 +11,19 @@
 #include "conversion/from_unicode_full_char_iter.h"
 #include "conversion/ucnv_chunk_iter.h"
 #include "core/chunk_iter.h"
+#include "core/in_str_keeper.h"
 
 namespace i18n {
 
 // What the encoders pull from. Chunks are bytes of the target charset.
-class CharsetToCharsetIterPrototype : public ChunkIter<std::string>,
-                                      public InStrSetter<char>,
+class CharsetToCharsetIterPrototype : public ChunkIter<std::string_view>,
+                                      public InStrKeeper<char>,
                                       public Error {
  public:
   // Caps every later chunk at n bytes. A value that makes no sense is ignored.
   virtual void set_limit_byte_size(int n) = 0;
   // Walks the current chunk one character at a time.
   virtual CharIter<char> get_char_iter() = 0;
-
-  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
-  virtual void set_in_str(std::string&& input) = 0;
 };
 
 // Two stages: bytes of the source charset to UTF-16, and UTF-16 to bytes of the target charset. A
@@ -46,8 +45,7 @@ class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
   bool has_next_chunk() override;
   void set_limit_byte_size(int n) override;
   CharIter<char> get_char_iter() override;
-  using CharsetToCharsetIterPrototype::set_in_str;
-  void set_in_str(std::string&& input) override;
+  void borrow_in_str(std::string_view input) override;
   std::string trace_input_mb_char(int pos, int* start) override;
 
  private:

@@ -1,20 +1,18 @@
 #include "conversion/trivial_iter.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace i18n {
 
 TrivialIter::TrivialIter(int max_chunk_bytes)
-    : max_chunk(max_chunk_bytes), chunk_max(0), limit(0), cursor(nullptr) {}
+    : max_chunk(max_chunk_bytes), chunk_max(0), limit(0) {}
 
 TrivialIter::~TrivialIter() = default;
 
-void TrivialIter::set_in_str(std::string&& input) {
-  in_str = std::move(input);
-  cursor = in_str.data();
+void TrivialIter::borrow_in_str(std::string_view input) {
+  rest = input;
   chunk_max = limit =
-      static_cast<std::int32_t>(std::min<std::ptrdiff_t>(get_bytes_left(), max_chunk));
+      static_cast<std::int32_t>(std::min(rest.size(), static_cast<size_t>(max_chunk)));
 }
 
 void TrivialIter::set_limit_byte_size(int n) {
@@ -22,20 +20,12 @@ void TrivialIter::set_limit_byte_size(int n) {
 }
 
 void TrivialIter::next_chunk() {
-  const std::ptrdiff_t size = std::min<std::ptrdiff_t>(limit, get_bytes_left());
-  chunk.assign(cursor, static_cast<size_t>(size));
-  cursor += size;
+  chunk = rest.substr(0, static_cast<size_t>(limit));
+  rest.remove_prefix(chunk.size());
 }
 
-bool TrivialIter::has_next_chunk() { return get_bytes_left() > 0; }
+bool TrivialIter::has_next_chunk() { return !rest.empty(); }
 
-CharIter<char> TrivialIter::get_char_iter() {
-  static const StrWithOffsets<char> nothing;
-  return CharIter<char>(nothing);
-}
-
-std::ptrdiff_t TrivialIter::get_bytes_left() const {
-  return cursor == nullptr ? 0 : in_str.data() + in_str.size() - cursor;
-}
+CharIter<char> TrivialIter::get_char_iter() { return CharIter<char>({}); }
 
 }  // namespace i18n

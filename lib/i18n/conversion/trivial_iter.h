@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 #include "conversion/charset_to_charset_iter.h"
 
@@ -17,17 +17,13 @@ class TrivialIter : public CharsetToCharsetIterPrototype {
   bool has_next_chunk() override;
   void set_limit_byte_size(int n) override;  // 0 < n < the size of a chunk of this input
   CharIter<char> get_char_iter() override;   // over nothing: the input is not known in characters
-  using CharsetToCharsetIterPrototype::set_in_str;
-  void set_in_str(std::string&& input) override;
+  void borrow_in_str(std::string_view input) override;
 
  private:
-  std::ptrdiff_t get_bytes_left() const;
-
-  std::string in_str;
+  std::string_view rest;  // of the input
   std::int32_t max_chunk;
   std::int32_t chunk_max;  // the smaller of max_chunk and the input's size
   std::int32_t limit;      // bytes per chunk
-  const char* cursor;
 };
 
 }  // namespace i18n

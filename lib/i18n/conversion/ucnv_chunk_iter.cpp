@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <utility>
 
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
@@ -42,8 +41,6 @@ UcnvChunkIter<In, Out>::UcnvChunkIter(const char* charset, int chunk_units)
   target = target_buffer.get();
   target_limit = target + chunk_size;
   offsets_buffer = allocate_offsets(units);
-  this->chunk.text.reserve(units);
-  this->chunk.offsets.reserve(units + 1);
   offsets_target = offsets_end = offsets_buffer.get();
 }
 
@@ -51,21 +48,9 @@ template <class In, class Out>
 UcnvChunkIter<In, Out>::~UcnvChunkIter() = default;
 
 template <class In, class Out>
-void UcnvChunkIter<In, Out>::set_in_str(const std::basic_string<In>& text) {
-  in_str = text;
-  start_over();
-}
-
-template <class In, class Out>
-void UcnvChunkIter<In, Out>::set_in_str(std::basic_string<In>&& text) {
-  in_str = std::move(text);
-  start_over();
-}
-
-template <class In, class Out>
-void UcnvChunkIter<In, Out>::start_over() {
-  in_begin = source = chunk_source = in_str.data();
-  in_end = source_limit = in_begin + in_str.size();
+void UcnvChunkIter<In, Out>::borrow_in_str(std::basic_string_view<In> text) {
+  in_begin = source = chunk_source = text.data();
+  in_end = source_limit = in_begin + text.size();
 }
 
 template <class In, class Out>
@@ -111,8 +96,8 @@ template <class In, class Out>
 void UcnvChunkIter<In, Out>::make_chunk(std::int32_t units) {
   offsets_end = offsets_buffer.get() + units;
   *offsets_end = static_cast<std::int32_t>(source - chunk_source);
-  this->chunk.text.assign(target_buffer.get(), static_cast<size_t>(units));
-  this->chunk.offsets.assign(offsets_buffer.get(), offsets_end + 1);
+  const auto size = static_cast<size_t>(units);
+  this->chunk = {{target_buffer.get(), size}, {offsets_buffer.get(), size + 1}};
   if (!ucnv_is_ok()) set_error();
 }
 

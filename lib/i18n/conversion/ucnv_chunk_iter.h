@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <qorvii18n/i18n.hpp>
 
@@ -11,6 +12,7 @@
 #include "conversion/char_iter.h"
 #include "conversion/str_with_offsets.h"
 #include "core/chunk_iter.h"
+#include "core/in_str_keeper.h"
 
 namespace i18n {
 
@@ -37,7 +39,7 @@ template <class In, class Out>
 class UcnvChunkIter : public UcnvErrorHandler,
                       public Error,
                       public ChunkIter<StrWithOffsets<Out>>,
-                      public InStrSetter<In>,
+                      public InStrKeeper<In>,
                       public InputMBCharTracer<In> {
  public:
   // chunk_units is the size of a chunk in units of Out.
@@ -51,8 +53,7 @@ class UcnvChunkIter : public UcnvErrorHandler,
   virtual void ucnv_convert() = 0;  // one conversion call over the cursors
   virtual bool has_in_str();
 
-  void set_in_str(const std::basic_string<In>& text) override;
-  void set_in_str(std::basic_string<In>&& text);
+  void borrow_in_str(std::basic_string_view<In> text) override;
   std::basic_string<In> trace_input_mb_char(int pos, int* start) override;
 
   // Whether the input is the end of the text (true at first). Otherwise there is always a next
@@ -72,14 +73,12 @@ class UcnvChunkIter : public UcnvErrorHandler,
   std::int32_t get_produced() const;
   void make_chunk(std::int32_t units);
 
-  void start_over();  // at the beginning of in_str
   std::basic_string<In> get_units(std::int64_t begin, std::int64_t count) const;
 
   std::int32_t chunk_size;
   std::string charset_name;
   ConverterPtr converter;
   const In* source;
-  std::basic_string<In> in_str;
   const In* in_begin;
   const In* in_end;
   const In* chunk_source;  // source when the current chunk's conversion began

@@ -3,7 +3,7 @@
 
 #include <cstring>
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include <qorviks.h>
 #include <qorvii18n/i18n_mime.hpp>
@@ -34,11 +34,10 @@ class ConverterEncoder : public Processor {
     if (iter->is_error()) set_error();
   }
 
-  using Processor::set_in_str;
-  void set_in_str(std::string&& input) override {
+  void borrow_in_str(std::string_view input) override {
     if (is_error()) return;
     if (encoder) buffer.reserve(estimate_output(input));
-    iter->set_in_str(std::move(input));
+    iter->borrow_in_str(input);
   }
 
   void process() override {
@@ -77,7 +76,7 @@ class ConverterEncoder : public Processor {
 
   // The size of the output, a little too large as a rule, if conversion leaves the size of the text
   // as it is and its beginning is like the rest of it.
-  size_t estimate_output(const std::string& input) const {
+  size_t estimate_output(std::string_view input) const {
     constexpr size_t base64_line = 72;
     constexpr size_t qp_line = 73;
     constexpr size_t sample_size = 2048;
@@ -85,7 +84,7 @@ class ConverterEncoder : public Processor {
       const size_t chars = (input.size() / 3 + 1) * 4;
       return chars + chars / base64_line * 2;
     }
-    const std::string sample = input.substr(0, sample_size);
+    const std::string sample(input.substr(0, sample_size));
     const auto sample_forms =
         static_cast<size_t>(QPBodyEncodingTable().get_byte_size_qp_encoded_str(sample));
     const size_t chars = input.size() / (sample.size() + 1) * sample_forms + sample_forms;

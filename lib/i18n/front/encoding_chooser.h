@@ -3,9 +3,10 @@
 
 #include <memory>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "front/converter_encoder.h"
+#include "i18n_mime_encoding/qp_form.h"
 
 namespace i18n_mime {
 
@@ -21,20 +22,19 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
         qp_threshold(threshold),
         to_charset(to != nullptr ? to : "") {}
 
-  using ConverterEncoder<Iter>::set_in_str;
-  void set_in_str(std::string&& input) override {
+  void borrow_in_str(std::string_view input) override {
     if (this->is_error()) return;
     if (prefers_qp(input)) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
       this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());
     }
-    ConverterEncoder<Iter>::set_in_str(std::move(input));
+    ConverterEncoder<Iter>::borrow_in_str(input);
   }
 
  private:
-  bool prefers_qp(const std::string& input) {
-    const double marked = this->get_number_qp_encoded_bytes(input);
+  bool prefers_qp(std::string_view input) {
+    const auto marked = static_cast<double>(count_escapes(this->table, input));
     return qp_threshold > marked / static_cast<double>(input.size());
   }
 

@@ -16,7 +16,7 @@ char* Processor::get_result() {
 }
 
 char* Processor::convert(const char* input) {
-  set_in_str(input);
+  borrow_in_str(input);
   return get_result();
 }
 

@@ -2,25 +2,26 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <qorvii18n/i18n.hpp>
 
+#include "core/in_str_keeper.h"
 #include "core/string_buffer.h"
 
 namespace i18n_mime {
 
 // Calling order: construct, give the input once, process once, read the result. convert() does all
 // of it. After an error nothing happens any more.
-class Processor : public i18n::InStrSetter<char>, public i18n::Error {
+class Processor : public i18n::InStrKeeper<char>, public i18n::Error {
  public:
-  void set_in_str(const std::string& input) override { set_in_str(std::string(input)); }
+  using InStrKeeper::set_in_str;
   void set_in_str(const char* input) { set_in_str(std::string(input)); }
   void set_in_str(const char* input, size_t size) { set_in_str(std::string(input, size)); }
   void set_in_str(const char* begin, const char* end) { set_in_str(std::string(begin, end)); }
 
   virtual ~Processor();
   virtual void process() = 0;
-  virtual void set_in_str(std::string&& input) = 0;
 
   // Both process the input and return the output as a new NUL-terminated string from malloc, or
   // null after an error.

@@ -6,6 +6,8 @@
 
 #include <qorvii18n/i18n_mime.hpp>
 
+#include "i18n_mime_encoding/qp_form.h"
+
 namespace i18n_mime {
 
 namespace {
@@ -48,12 +50,6 @@ int saturate(size_t count) {
   return static_cast<int>(std::min<size_t>(count, std::numeric_limits<int>::max()));
 }
 
-size_t count_marked(const char* table, const std::string& text) {
-  size_t count = 0;
-  for (const char byte : text) count += table[to_index(byte)] == 1;
-  return count;
-}
-
 }  // namespace
 
 QPEncodingTable::QPEncodingTable(char* entries, bool filled) : table(entries) {
@@ -68,14 +64,14 @@ void QPEncodingTable::set_encode_char(unsigned char byte) { table[byte] = 1; }
 
 void QPEncodingTable::set_encode_chars(const char* bytes) { mark(table, bytes); }
 
-bool QPEncodingTable::should_encode(char byte) { return table[to_index(byte)] == 1; }
+bool QPEncodingTable::should_encode(char byte) { return is_escaped(table, to_index(byte)); }
 
 int QPEncodingTable::get_number_qp_encoded_bytes(const std::string& text) {
-  return saturate(count_marked(table, text));
+  return saturate(count_escapes(table, text));
 }
 
 int QPEncodingTable::get_byte_size_qp_encoded_str(const std::string& text) {
-  return saturate(text.size() + 2 * count_marked(table, text));
+  return saturate(text.size() + 2 * count_escapes(table, text));
 }
 
 QPBodyEncodingTable::QPBodyEncodingTable() : QPEncodingTable(body_table.data(), true) {}

@@ -2,6 +2,9 @@
 // an entry for each byte value, 1 where the byte must be escaped.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 namespace i18n_mime {
 
 constexpr int literal_size = 1;
@@ -11,6 +14,13 @@ inline bool is_escaped(const char* table, unsigned char byte) { return table[byt
 
 inline int get_form_size(const char* table, unsigned char byte) {
   return is_escaped(table, byte) ? escape_size : literal_size;
+}
+
+// How many bytes of text must be escaped.
+inline size_t count_escapes(const char* table, std::string_view text) {
+  size_t count = 0;
+  for (const char byte : text) count += is_escaped(table, static_cast<unsigned char>(byte));
+  return count;
 }
 
 // What the functions below may write beyond the end that they return.

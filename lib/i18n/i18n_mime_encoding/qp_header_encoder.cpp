@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <string_view>
 
 #include <qorvii18n/i18n_mime.hpp>
 
@@ -13,10 +13,19 @@ namespace {
 // Characters written at once: those of a word, as a rule.
 constexpr int max_run = 80;
 
-// Appends the run and begins the next one.
-void append_run(i18n::StringBuffer<char>& buffer, char* run, char*& run_end) {
-  buffer.add_bytes(run, static_cast<int>(run_end - run));
-  run_end = run;
+int get_forms_size(const char* table, std::string_view bytes) {
+  const size_t size =
+      bytes.size() + count_escapes(table, bytes) * static_cast<size_t>(escape_size - literal_size);
+  return static_cast<int>(size);
+}
+
+void append_forms(i18n::StringBuffer<char>& buffer, const char* table,
+                  const unsigned char*& position, const unsigned char* end) {
+  char forms[max_run + forms_slack];
+  while (position != end) {
+    const char* const forms_end = put_forms(forms, forms + max_run, table, position, end);
+    buffer.add_bytes(forms, static_cast<int>(forms_end - forms));
+  }
 }
 
 }  // namespace
@@ -29,36 +38,33 @@ QPHeaderEncoder& QPHeaderEncoder::operator=(const QPHeaderEncoder& other) = defa
 QPHeaderEncoder& QPHeaderEncoder::operator=(QPHeaderEncoder&& other) = default;
 QPHeaderEncoder::~QPHeaderEncoder() = default;
 
-// Characters go to the buffer in runs. The line cycle places the first one of each word; those that
-// fit on its line are counted as they come.
+// The line cycle places the first character of each word in this chunk; those that fit beside it are
+// counted, then written with it as one run.
 void QPHeaderEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                              i18n::StringBuffer<char>& buffer) {
   if (iter.get_chunk().empty()) {
     line_cycle.move_line(buffer, 0);  // an empty text has a word, too
     return;
   }
+  set_ptrs(iter.get_chunk());
+  const int longest = line_cycle.get_num_bytes_avail();
   i18n::CharIter<char> characters = iter.get_char_iter();
-  char run[max_run + forms_slack];
-  char* run_end = run;
+  const unsigned char* run_end = position;
   int room = 0;
   while (characters.has_next_chunk()) {
     characters.next_chunk();
-    const std::string& character = characters.get_chunk();
-    const int size = get_byte_size_qp_encoded_str(character);
-    if (size <= room) {
+    const std::string_view character = characters.get_chunk();
+    const int size = get_forms_size(table, character);
+    if (size <= room && size <= longest) {
       line_cycle.extend_line(size);
     } else {
-      append_run(buffer, run, run_end);
+      append_forms(buffer, table, position, run_end);
       line_cycle.move_line(buffer, size);
     }
-    room = std::min(line_cycle.get_room(), line_cycle.get_num_bytes_avail());
-    set_ptrs(character);
-    while (position != end) {
-      run_end = put_forms(run_end, run + max_run, table, position, end);
-      if (position != end) append_run(buffer, run, run_end);
-    }
+    room = line_cycle.get_room();
+    run_end += character.size();
   }
-  append_run(buffer, run, run_end);
+  append_forms(buffer, table, position, run_end);
 }
 
 void QPHeaderEncoder::complete(i18n::StringBuffer<char>& buffer) { line_cycle.close_cycle(buffer); }

@@ -80,8 +80,4 @@ void LineCycle::close_cycle(StringBuffer<char>& buffer) {
 
 void LineCycle::set_prefix(std::string text) { prefix = std::move(text); }
 
-int LineCycle::get_room() const { return max_length - length_of(suffix) - current_length; }
-
-void LineCycle::extend_line(int num_bytes) { current_length += num_bytes; }
-
 }  // namespace i18n
