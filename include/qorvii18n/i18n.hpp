@@ -123,29 +123,27 @@ class QORVII18N_EXPORT LineCycle : public Error {
   void close_cycle(StringBuffer<char>& buffer);  // ends the line with the suffix
 
  protected:
-  QORVII18N_NO_EXPORT void set_prefix(std::string text);
+  QORVII18N_NO_EXPORT void set_prefix(const std::string& prefix);
 
  private:
   friend class i18n_mime::QPBodyEncoder;
   friend class i18n_mime::B64BodyEncoder;
   friend class i18n_mime::QPHeaderEncoder;
 
-  // For an encoder that measures pieces itself: how much still fits on the open line, and that so
-  // much was appended to it.
-  QORVII18N_NO_EXPORT int get_room() const {
-    return max_length - static_cast<int>(suffix.size()) - current_length;
-  }
+  // For encoders that measure their pieces and put lines together before they append them: opens a
+  // line if none is open, tells what still fits on it, counts what went on it, and ends it at out
+  // and begins the next one. Returns the end of what it put there.
+  QORVII18N_NO_EXPORT void open_line(StringBuffer<char>& buffer);
+  QORVII18N_NO_EXPORT int get_room() const { return max_length - suffix_length - current_length; }
   QORVII18N_NO_EXPORT void extend_line(int num_bytes) { current_length += num_bytes; }
-  // Appends text that is made of pieces of one size, each as move_line() would place it.
-  QORVII18N_NO_EXPORT void append_pieces(StringBuffer<char>& buffer, const char* text, int length,
-                                         int piece);
+  QORVII18N_NO_EXPORT char* put_fold(char* out);
 
   std::int32_t current_length;
   std::int32_t max_length;
   bool first_line;
-  std::string prefix;
-  std::string suffix;
-  std::string line_break;
+  std::string fold;  // what stands between two lines: suffix, line break and prefix
+  std::int32_t suffix_length;
+  std::int32_t line_break_length;
 };
 
 }  // namespace i18n

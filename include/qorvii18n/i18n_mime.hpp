@@ -142,6 +142,8 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
 
  private:
   QORVII18N_NO_EXPORT char* put_carried_group(char* out);
+  QORVII18N_NO_EXPORT void append_lines(i18n::StringBuffer<char>& buffer, const char* text,
+                                        const char* text_end);
 
   i18n::LineCycle line_cycle;
   unsigned char carry[2];  // bytes of the last chunk that did not fill a group of three

@@ -9,6 +9,8 @@ namespace i18n_mime {
 namespace {
 
 constexpr int max_body_line = 76;
+// Lines put together before they go to the buffer.
+constexpr int batch_size = 8 * max_body_line;
 
 bool ends_line_badly(char byte) { return byte == ' ' || byte == '\t'; }
 
@@ -22,20 +24,25 @@ QPBodyEncoder& QPBodyEncoder::operator=(const QPBodyEncoder& other) = default;
 QPBodyEncoder& QPBodyEncoder::operator=(QPBodyEncoder&& other) = default;
 QPBodyEncoder::~QPBodyEncoder() = default;
 
-// The line cycle places the first piece of each line; what else fits on that line is written and
-// counted with it as one run.
 void QPBodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                            i18n::StringBuffer<char>& buffer) {
   set_ptrs(iter.get_chunk());
-  while (position != end) {
-    const int first_piece = get_form_size(table, *position);
-    line_cycle.move_line(buffer, first_piece);
-    char run[max_body_line + forms_slack];
-    const char* const limit = run + first_piece + line_cycle.get_room();
-    const int length = static_cast<int>(put_forms(run, limit, table, position, end) - run);
-    line_cycle.extend_line(length - first_piece);
-    buffer.add_bytes(run, length);
+  if (position == end) return;
+  line_cycle.open_line(buffer);
+  char lines[batch_size + max_body_line + forms_slack];
+  char* out = lines;
+  for (;;) {
+    char* const line_end = put_forms(out, out + line_cycle.get_room(), table, position, end);
+    line_cycle.extend_line(static_cast<int>(line_end - out));
+    out = line_end;
+    if (position == end) break;
+    out = line_cycle.put_fold(out);
+    if (out - lines > batch_size) {
+      buffer.add_bytes(lines, static_cast<int>(out - lines));
+      out = lines;
+    }
   }
+  buffer.add_bytes(lines, static_cast<int>(out - lines));
 }
 
 // Transport may strip blanks at the end of a line. Before a soft line break there are none.

@@ -1,8 +1,7 @@
 #include <qorviks.h>
 #include <qorvii18n/i18n.hpp>
 
-#include <algorithm>
-#include <utility>
+#include <cstring>
 
 #include "core/string_buffer.h"
 
@@ -16,20 +15,15 @@ const char* or_empty(const char* text) { return text != nullptr ? text : ""; }
 
 int length_of(const std::string& text) { return static_cast<int>(text.size()); }
 
-void append(StringBuffer<char>& buffer, const std::string& text) {
-  buffer.add_bytes(text.data(), length_of(text));
-}
-
 }  // namespace
 
-LineCycle::LineCycle(int max_line_length, const char* prefix_text, const char* suffix_text,
-                     const char* line_break_text)
-    : current_length(0),
-      max_length(max_line_length),
-      first_line(true),
-      prefix(or_empty(prefix_text)),
-      suffix(or_empty(suffix_text)),
-      line_break(or_empty(line_break_text)) {
+LineCycle::LineCycle(int max_line_length, const char* prefix, const char* suffix,
+                     const char* line_break)
+    : current_length(0), max_length(max_line_length), first_line(true), fold(or_empty(suffix)) {
+  suffix_length = length_of(fold);
+  fold += or_empty(line_break);
+  line_break_length = length_of(fold) - suffix_length;
+  fold += or_empty(prefix);
   if (!is_legal()) pfm_assert_fail("is_legal()", unit_name, __LINE__);
 }
 
@@ -39,45 +33,42 @@ LineCycle::~LineCycle() = default;
 
 bool LineCycle::is_legal() const { return get_num_bytes_avail() > 0; }
 
-int LineCycle::get_num_bytes_avail() const {
-  return max_length - length_of(line_break) - length_of(suffix) - length_of(prefix);
-}
+int LineCycle::get_num_bytes_avail() const { return max_length - length_of(fold); }
 
 void LineCycle::move_line(StringBuffer<char>& buffer, int num_bytes) {
   if (num_bytes > get_num_bytes_avail()) {
     pfm_assert_fail("num_bytes <= get_num_bytes_avail()", unit_name, __LINE__);
   }
   if (num_bytes > get_room()) close_cycle(buffer);
-  if (current_length == 0) start_cycle(buffer);
+  open_line(buffer);
   extend_line(num_bytes);
 }
 
-void LineCycle::append_pieces(StringBuffer<char>& buffer, const char* text, int length, int piece) {
-  while (length > 0) {
-    move_line(buffer, piece);
-    const int others = std::min(get_room() / piece * piece, length - piece);
-    extend_line(others);
-    buffer.add_bytes(text, piece + others);
-    text += piece + others;
-    length -= piece + others;
-  }
+void LineCycle::open_line(StringBuffer<char>& buffer) {
+  if (current_length == 0) start_cycle(buffer);
 }
 
 void LineCycle::start_cycle(StringBuffer<char>& buffer) {
-  if (!first_line) {
-    append(buffer, line_break);
-    extend_line(length_of(line_break));
-  }
+  const int written_before = first_line ? suffix_length + line_break_length : suffix_length;
+  const int length = length_of(fold) - written_before;
+  buffer.add_bytes(fold.data() + written_before, length);
+  extend_line(length);
   first_line = false;
-  append(buffer, prefix);
-  extend_line(length_of(prefix));
 }
 
 void LineCycle::close_cycle(StringBuffer<char>& buffer) {
-  append(buffer, suffix);
+  buffer.add_bytes(fold.data(), suffix_length);
   current_length = 0;
 }
 
-void LineCycle::set_prefix(std::string text) { prefix = std::move(text); }
+char* LineCycle::put_fold(char* out) {
+  std::memcpy(out, fold.data(), fold.size());
+  current_length = length_of(fold) - suffix_length;
+  return out + fold.size();
+}
+
+void LineCycle::set_prefix(const std::string& prefix) {
+  fold.replace(static_cast<size_t>(suffix_length + line_break_length), std::string::npos, prefix);
+}
 
 }  // namespace i18n
