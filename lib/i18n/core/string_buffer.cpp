@@ -2,19 +2,10 @@
 
 #include <algorithm>
 #include <new>
-#include <utility>
 
 namespace i18n {
 
-namespace {
-
-// Enough for a short header.
-constexpr size_t first_blocks = 4;
-
-}  // namespace
-
-BufferImpl<char>::BufferImpl(int block_bytes)
-    : store(block_bytes, first_blocks), block_size(block_bytes) {
+BufferImpl<char>::BufferImpl(int block_bytes) : store(block_bytes), block_size(block_bytes) {
   start();
 }
 
@@ -30,11 +21,9 @@ StringBuffer<char>::StringBuffer(int block_bytes) : BufferImpl<char>(block_bytes
 StringBuffer<char>::~StringBuffer() = default;
 
 void StringBuffer<char>::reserve(size_t bytes) {
-  const size_t blocks = bytes / static_cast<size_t>(block_size) + 1;
-  if (blocks <= first_blocks) return;
   try {
-    store = BlockStore(block_size, blocks);
-    start();
+    const size_t blocks = bytes / static_cast<size_t>(block_size) + 1;
+    if (store.reserve(blocks)) start();
   } catch (const std::bad_alloc&) {
     // Blocks are then added as they are needed.
   }
@@ -108,7 +97,7 @@ std::string StringBuffer<char>::get_str() {
 
 CString StringBuffer<char>::release_c_string() {
   const size_t size = get_size();
-  CString text = store.release_bytes(static_cast<size_t>(link_count));
+  CString text = store.release_bytes(head, static_cast<size_t>(link_count));
   if (!text) {
     text = allocate_c_string(get_block_total() + 1);
     copy_content(text.get());

@@ -26,7 +26,7 @@ class BufferImpl<char> {
   virtual ~BufferImpl();
 
  protected:
-  void start();  // over, with the store's first block
+  void start();  // over, with a block from the store
 
   BlockStore store;
   char* write_pos;
