@@ -10,16 +10,14 @@ CharsetToCharsetChunkIter<FromIter>::CharsetToCharsetChunkIter(const char* from_
                                                                const char* to_charset,
                                                                int to_unicode_chunk_size,
                                                                int from_unicode_chunk_size)
-    : to_unicode(std::make_unique<ToUnicodeIter>(from_charset, to_unicode_chunk_size)) {
-  if (to_unicode->is_ok()) {
-    from_unicode = std::make_unique<FromIter>(to_charset, from_unicode_chunk_size);
-  }
+    : to_unicode(from_charset, to_unicode_chunk_size) {
+  if (to_unicode.is_ok()) from_unicode.emplace(to_charset, from_unicode_chunk_size);
   if (!from_unicode || from_unicode->is_error()) {
     set_error();
     return;
   }
   // Failures are reported here, where both the bytes and the UTF-16 are known.
-  to_unicode->set_report_errors(false);
+  to_unicode.set_report_errors(false);
   from_unicode->set_report_errors(false);
 }
 
@@ -28,7 +26,7 @@ CharsetToCharsetChunkIter<FromIter>::~CharsetToCharsetChunkIter() = default;
 
 template <class FromIter>
 void CharsetToCharsetChunkIter<FromIter>::borrow_in_str(std::string_view input) {
-  to_unicode->borrow_in_str(input);
+  to_unicode.borrow_in_str(input);
 }
 
 template <class FromIter>
@@ -46,33 +44,33 @@ void CharsetToCharsetChunkIter<FromIter>::next_chunk() {
 // What was converted before a failure still goes through the second stage.
 template <class FromIter>
 void CharsetToCharsetChunkIter<FromIter>::fetch_unicode() {
-  to_unicode->next_chunk();
-  if (to_unicode->is_error()) {
+  to_unicode.next_chunk();
+  if (to_unicode.is_error()) {
     report_input_failure();
     set_error();
   }
-  from_unicode->set_flush(!to_unicode->has_next_chunk());
-  from_unicode->borrow_in_str(to_unicode->get_chunk().text);
+  from_unicode->set_flush(!to_unicode.has_next_chunk());
+  from_unicode->borrow_in_str(to_unicode.get_chunk().text);
 }
 
 template <class FromIter>
 void CharsetToCharsetChunkIter<FromIter>::report_input_failure() const {
-  print_message(Message::kCannotConvertInput, hex_dump(to_unicode->get_error_bytes(5)).c_str(),
-                printable_position(to_unicode->get_error_position()));
+  print_message(Message::kCannotConvertInput, hex_dump(to_unicode.get_error_bytes(5)).c_str(),
+                printable_position(to_unicode.get_error_position()));
 }
 
 template <class FromIter>
 void CharsetToCharsetChunkIter<FromIter>::report_target_failure() {
   const int unit = printable_position(from_unicode->get_error_position());
   int position;
-  const std::string bytes = to_unicode->trace_input_mb_char(unit, &position);
+  const std::string bytes = to_unicode.trace_input_mb_char(unit, &position);
   print_message(Message::kCannotConvertToTarget, hex_dump(bytes).c_str(), position,
                 hex_dump(from_unicode->get_in_units(unit, 1)).c_str());
 }
 
 template <class FromIter>
 bool CharsetToCharsetChunkIter<FromIter>::has_next_chunk() {
-  return to_unicode->has_next_chunk() || from_unicode->has_next_chunk();
+  return to_unicode.has_next_chunk() || from_unicode->has_next_chunk();
 }
 
 template <class FromIter>
@@ -89,7 +87,7 @@ template <class FromIter>
 std::string CharsetToCharsetChunkIter<FromIter>::trace_input_mb_char(int pos, int* start) {
   int unit;
   from_unicode->trace_input_mb_char(pos, &unit);
-  return to_unicode->trace_input_mb_char(unit, start);
+  return to_unicode.trace_input_mb_char(unit, start);
 }
 
 template class CharsetToCharsetChunkIter<FromUnicodeIter>;

@@ -1,7 +1,7 @@
 // Pulls text, converted from one charset to another, chunk by chunk.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,8 +53,8 @@ class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
   void report_input_failure() const;
   void report_target_failure();
 
-  std::unique_ptr<ToUnicodeIter> to_unicode;
-  std::unique_ptr<FromIter> from_unicode;
+  ToUnicodeIter to_unicode;
+  std::optional<FromIter> from_unicode;  // not made when the source charset does not open
 };
 
 extern template class CharsetToCharsetChunkIter<FromUnicodeIter>;

@@ -36,7 +36,7 @@ class ConverterEncoder : public Processor {
 
   void borrow_in_str(std::string_view input) override {
     if (is_error()) return;
-    if (encoder) buffer.reserve(estimate_output(input));
+    if (encoder && input.size() > short_input) buffer.reserve(estimate_output(input));
     iter->borrow_in_str(input);
   }
 
@@ -92,6 +92,8 @@ class ConverterEncoder : public Processor {
   }
 
   static constexpr int no_limit = -1;
+  // The output of an input of this size has room in the buffer as it is made.
+  static constexpr size_t short_input = 256;
 };
 
 // One whose encoder is known from the start.
