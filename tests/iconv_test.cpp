@@ -84,6 +84,7 @@ TEST(IconvEasy, HasRoomForAUnitAByteAndFourBytesAUnit) {
   EXPECT_EQ(convert("SCSU", four_pairs, "UTF-8"), Conversion(0, unset, repeat("\U00018080", 4)));
   EXPECT_EQ(convert_easy("UTF-8", "\u65e5", "ISO-2022-JP"), "none");
   EXPECT_EQ(convert("UTF-8", "\u65e5", "ISO-2022-JP"), Conversion(0, unset, "\x1b$BF|\x1b(B"));
+  EXPECT_EQ(convert("UTF-8", "", "ISO-2022-KR"), Conversion(0, unset, "\x1b$)C"));
 }
 
 TEST(IconvEasyEx, TellsWhatFailedAndWhere) {

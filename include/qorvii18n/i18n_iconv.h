@@ -54,7 +54,8 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 #endif
 #endif
 
-/* Converts input_length bytes (zero or more) and returns the converted bytes, or null.
+/* Converts input_length bytes (zero or more) and returns the converted bytes, or null. The text may
+ * have one UTF-16 unit for each byte of input; a longer one, which SCSU can make, is a failure.
  *
  * output null: the result is a new buffer, released with i18n_iconv_free(). It has room for four
  *   bytes per UTF-16 unit of the text and a NUL; a longer result is a failure. Charsets that shift
@@ -63,9 +64,9 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
  *   null.
  *
  * *output_length, when given, receives the length in bytes: when the buffer was too small, the
- * length that was needed; after input that could not be read, or output of 2 GiB and more, which is
- * a failure, it is left alone. A NUL follows the output where there is room for it, and is not
- * counted. */
+ * length that was needed, which ICU miscounts for LMBCS and compound text; after input that could
+ * not be read, or output of 2 GiB and more, which is a failure, it is left alone. A NUL follows the
+ * output where there is room for it, and is not counted. */
 QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* input,
                                        int input_length, const i18n_charset_t* to, char* output,
                                        int64_t* output_length);

@@ -41,6 +41,17 @@ class WorkArea {
 constexpr size_t few_units = 256;
 using Units = WorkArea<UChar, few_units>;
 
+// Two units for a byte of input are enough for all charsets; these have one at most, but for what a
+// character that an earlier call left unfinished adds.
+size_t get_unit_capacity(const UConverter* converter, size_t input_length) {
+  constexpr size_t unfinished = 2;
+  const UConverterType type = ucnv_getType(converter);
+  const bool has_one_at_most = type == UCNV_LATIN_1 || type == UCNV_US_ASCII || type == UCNV_UTF8;
+  const size_t most = 2 * input_length;
+  return std::min(has_one_at_most ? std::min(input_length + unfinished, most) : most,
+                  max_target_units);
+}
+
 // UTF-16 text in which every unit knows the input byte it came from.
 struct TracedText {
   explicit TracedText(size_t unit_capacity)
@@ -85,6 +96,8 @@ struct TracedOutput {
 
   static constexpr size_t bytes_per_unit = 14;
   static constexpr size_t slack = 64;
+  // What some charsets write before any text: ISO-2022-KR four bytes, even when there is none.
+  static constexpr size_t header_size = 8;
 
   size_t capacity;
   WorkArea<int32_t, 2048> offsets;
@@ -153,7 +166,7 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   const size_t caller_capacity = *output_length;
   *output_length = 0;
 
-  TracedText text(std::min(2 * input_length, max_target_units));
+  TracedText text(get_unit_capacity(from->converter, input_length));
   size_t consumed;
   UErrorCode status = read_input(from->converter, input, input_length, text, &consumed);
   if (U_FAILURE(status)) {
@@ -163,7 +176,9 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   }
 
   size_t buffer_size = caller_capacity;
-  if (*output == nullptr) buffer_size = TracedOutput::bytes_per_unit * text.length + 1;
+  if (*output == nullptr) {
+    buffer_size = TracedOutput::bytes_per_unit * text.length + TracedOutput::header_size;
+  }
   TracedOutput traced(to->converter, text.length, buffer_size);
   if (*output == nullptr) *output = i18n::allocate_c_string(buffer_size).release();
 
