@@ -6,6 +6,7 @@
 #include "conversion/charset_to_charset_iter.h"
 #include "core/string_buffer.h"
 #include "i18n_mime_encoding/base64.h"
+#include "i18n_mime_encoding/escape_marks.h"
 #include "support/testing.h"
 
 namespace {
@@ -51,6 +52,24 @@ TEST(QPTable, OfTheCallerIsFilledOnlyWhenAsked) {
   EXPECT_EQ(kept.get_number_qp_encoded_bytes("xyz=="), 4);
   QPEncodingTable filled(entries, false);
   EXPECT_EQ(unmarked(kept), unmarked(QPBodyEncodingTable())) << "one table";
+}
+
+TEST(EscapeMarks, AreTheSameOneByteAtATimeOrThirtyTwo) {
+  char table[256];
+  unsigned char bytes[256];
+  for (int i = 0; i < 256; ++i) {
+    table[i] = static_cast<char>(i * i % 7 % 3);
+    bytes[i] = static_cast<unsigned char>(167 * i);
+  }
+  for (const int count : {0, 1, 31, 32, 33, 64, 100, 255, 256}) {
+    uint32_t one_by_one[8] = {};
+    mark_escapes_plain(one_by_one, table, bytes, count);
+    const EscapeMarks marks(table, bytes, bytes + count);
+    for (int i = 0; i < count; ++i) {
+      EXPECT_EQ(marks.get_from(bytes + i) & 1, one_by_one[i / 32] >> i % 32 & 1) << i;
+    }
+    EXPECT_TRUE(count % 32 == 0 || marks.get_from(bytes + count) == 0) << "past the end";
+  }
 }
 
 // One ready-made chunk, with characters as they are in UTF-8.

@@ -123,6 +123,9 @@ class QORVII18N_EXPORT QPBodyEncoder : public GenericEncoder, private QPBodyEnco
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
+  QORVII18N_NO_EXPORT void append_lines(i18n::StringBuffer<char>& buffer,
+                                        const unsigned char* piece_end);
+
   i18n::LineCycle line_cycle;
 };
 

@@ -2,7 +2,9 @@
 // an entry for each byte value, 1 where the byte must be escaped.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 namespace i18n_mime {
@@ -12,10 +14,6 @@ constexpr int escape_size = 3;
 
 inline bool is_escaped(const char* table, unsigned char byte) { return table[byte] == 1; }
 
-inline int get_form_size(const char* table, unsigned char byte) {
-  return is_escaped(table, byte) ? escape_size : literal_size;
-}
-
 // How many bytes of text must be escaped.
 inline size_t count_escapes(const char* table, std::string_view text) {
   size_t count = 0;
@@ -23,15 +21,17 @@ inline size_t count_escapes(const char* table, std::string_view text) {
   return count;
 }
 
-// What the functions below may write beyond the end that they return.
-constexpr int forms_slack = 16;
+// Of four bytes, so that a form is written by one store.
+using Form = std::array<char, 4>;
+using Forms = std::array<Form, 256>;
+extern const std::array<Forms, 2> forms;  // literals and escapes
 
-// Writes an escape and returns its end.
-char* put_escape(char* out, unsigned char byte);
-
-// Writes the forms of the bytes from position on, as many as end at or before limit, and moves
-// position past them. Returns the end of the forms.
-char* put_forms(char* out, const char* limit, const char* table, const unsigned char*& position,
-                const unsigned char* end);
+// Writes the form of a byte and returns its end, beyond which it may write up to form_slack. There
+// is no branch: escapes come too irregularly to be predicted.
+constexpr int form_slack = sizeof(Form);
+inline char* put_form(char* out, bool escape, unsigned char byte) {
+  std::memcpy(out, forms[escape][byte].data(), sizeof(Form));
+  return out + (escape ? escape_size : literal_size);
+}
 
 }  // namespace i18n_mime

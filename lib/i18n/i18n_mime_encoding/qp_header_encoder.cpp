@@ -10,21 +10,24 @@ namespace i18n_mime {
 
 namespace {
 
-// Characters written at once: those of a word, as a rule.
-constexpr int max_run = 80;
-
 int get_forms_size(const char* table, std::string_view bytes) {
   const size_t size =
       bytes.size() + count_escapes(table, bytes) * static_cast<size_t>(escape_size - literal_size);
   return static_cast<int>(size);
 }
 
+// A word has room for less than max_run, so what is longer is a single long character.
 void append_forms(i18n::StringBuffer<char>& buffer, const char* table,
                   const unsigned char*& position, const unsigned char* end) {
-  char forms[max_run + forms_slack];
+  constexpr int max_run = 80;
+  char run[max_run + form_slack];
   while (position != end) {
-    const char* const forms_end = put_forms(forms, forms + max_run, table, position, end);
-    buffer.add_bytes(forms, static_cast<int>(forms_end - forms));
+    char* out = run;
+    while (position != end && out < run + max_run) {
+      out = put_form(out, is_escaped(table, *position), *position);
+      ++position;
+    }
+    buffer.add_bytes(run, static_cast<int>(out - run));
   }
 }
 
