@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -75,12 +76,8 @@ void register_row(const Row& row) {
 double time_call(const std::function<void()>& call) {
   constexpr double enough_seconds = 0.05;
   const Slice first = run_first_slice(call);
-  const double wanted_slices = enough_seconds / (first.time * static_cast<double>(first.calls));
-  double best = first.time;
-  for (int slices = 1; slices < wanted_slices; ++slices) {
-    best = std::min(best, time_calls(call, first.calls));
-  }
-  return best;
+  const double calls = std::ceil(enough_seconds / first.time);
+  return time_calls(call, static_cast<size_t>(calls));
 }
 
 double median(std::vector<double> values) {

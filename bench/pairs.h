@@ -21,7 +21,8 @@ struct Row {
 // slows the machine for longer than a slice slows both.
 void register_row(const Row& row);
 
-// Seconds of one call: the best of a few slices.
+// Seconds of one call: the mean over a twentieth of a second, or one call if that takes longer. Not
+// the best time: the speed of a shared machine changes too fast for a long call to catch the best.
 double time_call(const std::function<void()>& call);
 
 double median(std::vector<double> values);
