@@ -77,6 +77,7 @@ void check_easy(const Pair& pair, const std::string& text, size_t capacity,
     check((output != nullptr) == fits, "what fits is a result");
     check(!fits || bytes == std::string_view(output, static_cast<size_t>(length)),
           "the result is the text");
+    check(!fits || bytes.size() == room || output[bytes.size()] == '\0', "a NUL follows");
   }
   if (capacity == 0) i18n_iconv_free(output);
 }
