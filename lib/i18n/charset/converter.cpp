@@ -25,6 +25,12 @@ void make_strict(UConverter* converter) {
                       &status);
 }
 
+ConverterPtr copy_converter(const UConverter* converter) {
+  if (ucnv_getType(converter) == UCNV_COMPOUND_TEXT) return nullptr;
+  UErrorCode status = U_ZERO_ERROR;
+  return ConverterPtr(ucnv_clone(converter, &status));
+}
+
 UConverter* open_ucnv_converter(const char* name) {
   ConverterPtr converter = open_plain_converter(name);
   if (!converter) {

@@ -18,4 +18,9 @@ ConverterPtr open_plain_converter(const char* name);
 
 void make_strict(UConverter* converter);
 
+// A copy in the same state. Null when ICU makes none, and for compound text: ICU copies that
+// converter together with the pointers to what it owns, and the copy would release that when it is
+// closed.
+ConverterPtr copy_converter(const UConverter* converter);
+
 }  // namespace i18n

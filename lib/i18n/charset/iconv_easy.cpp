@@ -41,17 +41,6 @@ class WorkArea {
 constexpr size_t few_units = 256;
 using Units = WorkArea<UChar, few_units>;
 
-// Two units for a byte of input are enough for all charsets; these have one at most, but for what a
-// character that an earlier call left unfinished adds.
-size_t get_unit_capacity(const UConverter* converter, size_t input_length) {
-  constexpr size_t unfinished = 2;
-  const UConverterType type = ucnv_getType(converter);
-  const bool has_one_at_most = type == UCNV_LATIN_1 || type == UCNV_US_ASCII || type == UCNV_UTF8;
-  const size_t most = 2 * input_length;
-  return std::min(has_one_at_most ? std::min(input_length + unfinished, most) : most,
-                  max_target_units);
-}
-
 // UTF-16 text in which every unit knows the input byte it came from.
 struct TracedText {
   explicit TracedText(size_t unit_capacity)
@@ -78,48 +67,62 @@ UErrorCode read_input(UConverter* converter, const char* input, size_t input_len
   return status;
 }
 
-// Output of which every byte knows the unit it came from, in a buffer that is not owned.
-struct TracedOutput {
-  // A buffer can be far larger than any output of the text: offsets are kept for what the converter
-  // can write at most, and more than any converter writes for a unit is not offered to it.
-  TracedOutput(const UConverter* converter, size_t units, size_t buffer_size)
-      : capacity(std::min({buffer_size, bytes_per_unit * units + slack, max_target_bytes})),
-        offsets(i18n::offsets_for(capacity)),
-        traced(std::min(capacity, largest_output(converter, units))) {
-    i18n::clear_offsets(offsets.get(), traced);
+constexpr size_t bytes_per_unit = 14;
+
+// A buffer can be far larger than any output of the text, and more than any converter writes is not
+// offered to it.
+size_t get_output_capacity(size_t units, size_t buffer_size) {
+  constexpr size_t slack = 64;
+  return std::min({buffer_size, bytes_per_unit * units + slack, max_target_bytes});
+}
+
+struct Written {
+  UErrorCode status;
+  size_t length;  // in bytes
+};
+
+Written write_output(UConverter* converter, TracedText& text, char* buffer, size_t capacity,
+                     int32_t* offsets) {
+  UErrorCode status = U_ZERO_ERROR;
+  const UChar* source = text.units.get();
+  char* target = buffer;
+  ucnv_fromUnicode(converter, &target, buffer + capacity, &source, source + text.length, offsets,
+                   true, &status);
+  return {status, static_cast<size_t>(target - buffer)};
+}
+
+bool has_position(UErrorCode status) {
+  return status == U_INVALID_CHAR_FOUND || status == U_BUFFER_OVERFLOW_ERROR;
+}
+
+// For each byte of output the unit it came from.
+class OutputOffsets {
+ public:
+  OutputOffsets(const UConverter* converter, size_t units, size_t capacity)
+      : offsets(i18n::offsets_for(capacity)),
+        cleared(std::min(capacity, largest_output(converter, units))) {
+    i18n::clear_offsets(offsets.get(), cleared);
   }
 
+  int32_t* get() { return offsets.get(); }
+
+  // The unit of the last byte of an output of so many bytes, no_offset when that is not known.
+  int32_t get_last(size_t length) {
+    return length == 0 || length > cleared ? i18n::no_offset : offsets.get()[length - 1];
+  }
+
+ private:
   static size_t largest_output(const UConverter* converter, size_t units) {
     constexpr size_t units_for_shifts = 10;
     return (units + units_for_shifts) * static_cast<size_t>(ucnv_getMaxCharSize(converter));
   }
 
-  static constexpr size_t bytes_per_unit = 14;
-  static constexpr size_t slack = 64;
-  // What some charsets write before any text: ISO-2022-KR four bytes, even when there is none.
-  static constexpr size_t header_size = 8;
-
-  size_t capacity;
   WorkArea<int32_t, 2048> offsets;
-  size_t traced;
-  size_t length = 0;
+  size_t cleared;
 };
 
-UErrorCode write_output(UConverter* converter, TracedText& text, char* buffer,
-                        TracedOutput& output) {
-  UErrorCode status = U_ZERO_ERROR;
-  const UChar* source = text.units.get();
-  char* target = buffer;
-  ucnv_fromUnicode(converter, &target, buffer + output.capacity, &source, source + text.length,
-                   output.offsets.get(), true, &status);
-  output.length = static_cast<size_t>(target - buffer);
-  return status;
-}
-
-// The index of the input byte from which the last byte written came, 0 when that is not known.
-size_t last_converted(TracedText& text, TracedOutput& output) {
-  if (output.length == 0 || output.length > output.traced) return 0;
-  const int32_t unit = output.offsets.get()[output.length - 1];
+// The index of the input byte from which a unit came, 0 when that is not known.
+size_t find_input(TracedText& text, int32_t unit) {
   if (unit < 0 || static_cast<size_t>(unit) >= text.length) return 0;
   return static_cast<size_t>(std::max(text.offsets.get()[unit], 0));
 }
@@ -166,7 +169,7 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   const size_t caller_capacity = *output_length;
   *output_length = 0;
 
-  TracedText text(get_unit_capacity(from->converter, input_length));
+  TracedText text(std::min(2 * input_length, max_target_units));
   size_t consumed;
   UErrorCode status = read_input(from->converter, input, input_length, text, &consumed);
   if (U_FAILURE(status)) {
@@ -175,16 +178,38 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
                                                                                    : kInvalidInput;
   }
 
+  i18n::CString allocated;
   size_t buffer_size = caller_capacity;
   if (*output == nullptr) {
-    buffer_size = TracedOutput::bytes_per_unit * text.length + TracedOutput::header_size;
+    // What some charsets write before any text: ISO-2022-KR four bytes, even when there is none.
+    constexpr size_t header_size = 8;
+    buffer_size = bytes_per_unit * text.length + header_size;
+    allocated = i18n::allocate_c_string(buffer_size);
   }
-  TracedOutput traced(to->converter, text.length, buffer_size);
-  if (*output == nullptr) *output = i18n::allocate_c_string(buffer_size).release();
+  char* const buffer = allocated ? allocated.get() : *output;
+  const size_t capacity = get_output_capacity(text.length, buffer_size);
 
-  status = write_output(to->converter, text, *output, traced);
-  *output_length = traced.length;
-  if (status != U_INVALID_CHAR_FOUND && status != U_BUFFER_OVERFLOW_ERROR) return kConverted;
-  *error_position = last_converted(text, traced);
-  return status == U_INVALID_CHAR_FOUND ? kUnmappable : kOutputFull;
+  // Offsets serve a failure only and cost more than the conversion of a long text. So that goes
+  // without, and after a failure once more, in the state in which it began, with offsets.
+  constexpr size_t long_text = 1024;
+  const i18n::ConverterPtr copy =
+      text.length > long_text ? i18n::copy_converter(to->converter) : nullptr;
+  UConverter* converter = to->converter;
+  Written written{};
+  if (copy) {
+    written = write_output(converter, text, buffer, capacity, nullptr);
+    converter = copy.get();
+  }
+  int32_t last_unit = i18n::no_offset;
+  if (!copy || has_position(written.status)) {
+    OutputOffsets offsets(converter, text.length, capacity);
+    written = write_output(converter, text, buffer, capacity, offsets.get());
+    last_unit = offsets.get_last(written.length);
+  }
+
+  if (allocated) *output = allocated.release();
+  *output_length = written.length;
+  if (!has_position(written.status)) return kConverted;
+  *error_position = find_input(text, last_unit);
+  return written.status == U_INVALID_CHAR_FOUND ? kUnmappable : kOutputFull;
 }

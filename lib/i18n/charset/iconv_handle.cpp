@@ -14,13 +14,11 @@ struct i18n_iconv_t {
 
 namespace {
 
-// ICU copies a compound text converter together with the pointers to what it owns, and the copy
-// would release that when it is closed: such a converter is opened anew.
-i18n::ConverterPtr copy_converter(const UConverter* converter, UErrorCode* status) {
-  if (ucnv_getType(converter) != UCNV_COMPOUND_TEXT) {
-    return i18n::ConverterPtr(ucnv_clone(converter, status));
-  }
-  i18n::ConverterPtr copy = i18n::open_plain_converter(ucnv_getName(converter, status));
+i18n::ConverterPtr copy_or_open_anew(const UConverter* converter) {
+  i18n::ConverterPtr copy = i18n::copy_converter(converter);
+  if (copy) return copy;
+  UErrorCode status = U_ZERO_ERROR;
+  copy = i18n::open_plain_converter(ucnv_getName(converter, &status));
   if (copy) i18n::make_strict(copy.get());
   return copy;
 }
@@ -28,9 +26,8 @@ i18n::ConverterPtr copy_converter(const UConverter* converter, UErrorCode* statu
 }  // namespace
 
 i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to, const i18n_charset_t* from) {
-  UErrorCode status = U_ZERO_ERROR;
-  i18n::ConverterPtr from_copy = copy_converter(from->converter, &status);
-  i18n::ConverterPtr to_copy = copy_converter(to->converter, &status);
+  i18n::ConverterPtr from_copy = copy_or_open_anew(from->converter);
+  i18n::ConverterPtr to_copy = copy_or_open_anew(to->converter);
   if (!from_copy || !to_copy) return nullptr;
   return new i18n_iconv_t{std::move(from_copy), std::move(to_copy)};
 }
