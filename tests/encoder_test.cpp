@@ -118,6 +118,7 @@ TEST(QPBodyEncoder, EscapesAndFolds) {
       {"a\r\nb c \t|end ", "a=0D=0Ab c =09end=20"},
       {x(200), x(75) + "=\r\n" + x(73) + "=\r\n" + x(52)},
       {x(75), x(75)},
+      {x(300), x(75) + repeat("=\r\n" + x(73), 3) + "=\r\n" + x(6)},
       {x(72) + "=", x(72) + "=3D"},
       {x(73) + "=y", x(73) + "=\r\n=3Dy"},
       // a blank at the end: on its own line when its escape does not fit beside itself

@@ -101,10 +101,14 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
       {"UTF-8", "ISO-8859-1", "a\u00e9\u20ac", 0, {-4, 1, "a\xe9"}},
       {"UTF-8", "ISO-8859-1", "\u20ac", 0, {-4, 0, ""}},
       {"UTF-8", "ISO-8859-1", "\u00e9\u00e8 \U0001f600", 0, {-4, 4, "\xe9\xe8 "}},
+      {"UTF-8", "ISO-8859-1", x(2000) + "\u20ac", 0, {-4, 1999, x(2000)}},
+      {"UTF-8", "ISO-2022-JP", repeat("\u3042", 1100) + "\u20ac", 0,
+          {-4, 3 * 1099, "\x1b$B" + repeat("$\"", 1100)}},
       // the caller's buffer is too small
       {"UTF-8", "UTF-8", "a\u00e9xyz", 4, {-2, 3, "a\u00e9x"}},
       {"ISO-8859-1", "UTF-16BE", "abc", 4, {-2, 1, std::string("\0a\0b", 4)}},
       {"UTF-8", "UTF-8", "abc", 3, {0, unset, "abc"}},
+      {"UTF-8", "UTF-16BE", x(2000), 2, {-2, 0, std::string("\0x", 2)}},
   };
   for (const auto& [from, to, input, capacity, expected] : cases) {
     SCOPED_TRACE(std::string(from) + " to " + to + ": " + input);
@@ -128,16 +132,19 @@ TEST(IconvEasyEx, ContinuesFromTheStateOfAFailure) {
 
 // Some of ICU's converters write past the offsets that were asked for, or do not write them all.
 TEST(IconvEasyEx, StaysInBoundsForEveryCharset) {
-  const std::string input =
-      repeat("The quick {brown} fox [jumps] over ~ the lazy dog; 0123456789 ^ | \\ ", 9);
+  const std::string phrase =
+      "The quick {brown} fox [jumps] over ~ the lazy dog; 0123456789 ^ | \\ ";
+  const std::string inputs[] = {repeat(phrase, 9), repeat(phrase, 18)};
   for (int32_t i = 0; i < ucnv_countAvailable(); ++i) {
     const char* to = ucnv_getAvailableName(i);
     for (size_t capacity : {0, 1, 86, 6000}) {
-      const auto [status, position, output] = convert("UTF-8", input, to, capacity);
-      EXPECT_TRUE(status == 0 ? position == unset : position < input.size()) << to;
-      EXPECT_TRUE(capacity == 0 || output.size() <= capacity) << to;
-      // Leaves no state behind for the next capacity.
-      convert_easy("UTF-8", "", to);
+      for (const std::string& input : inputs) {
+        const auto [status, position, output] = convert("UTF-8", input, to, capacity);
+        EXPECT_TRUE(status == 0 ? position == unset : position < input.size()) << to;
+        EXPECT_TRUE(capacity == 0 || output.size() <= capacity) << to;
+        // Leaves no state behind for the next one.
+        convert_easy("UTF-8", "", to);
+      }
     }
   }
 }
