@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int no_limit = std::numeric_limits<int>::max();
-int allowance = no_limit;  // allocations before the next one fails
+int allowance = no_limit;  // allocations before the one that fails
 
 // What a call stores is the caller's to release, even when the call then fails.
 struct Stored {
@@ -27,7 +27,7 @@ struct Stored {
 // The library is linked so that its calls of malloc come here.
 extern "C" void* __real_malloc(size_t size);
 extern "C" void* __wrap_malloc(size_t size) {
-  return allowance-- > 0 ? __real_malloc(size) : nullptr;
+  return allowance-- != 0 ? __real_malloc(size) : nullptr;
 }
 
 // The operators of this program serve the library, too.
@@ -39,8 +39,25 @@ extern "C" void* __wrap_malloc(size_t size) {
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, size_t) noexcept { std::free(block); }
 
+// The first use of the tables is that of this program.
+TEST(OutOfMemory, LeavesNoTableHalfFilled) {
+  int failed_at = 0;
+  for (bool failed = true; failed; ++failed_at) {
+    allowance = failed_at;
+    try {
+      i18n_mime_get_body_to_charset_name("UTF-8");
+      failed = allowance < 0;
+    } catch (const std::bad_alloc&) {
+    }
+    allowance = no_limit;
+  }
+  EXPECT_GT(failed_at, 1);
+  EXPECT_STREQ(i18n_mime_get_body_to_charset_name("sjis"), "ISO-2022-JP");
+  EXPECT_STREQ(i18n_mime_get_header_to_charset_name("sjis"), "UTF-8");
+}
+
 TEST(OutOfMemory, ComesOutOfEveryCallAndLeavesTheLibraryUsable) {
-  const std::string input = "Gr\u00f6\u00dfe " + std::string(400, '=');
+  const std::string input = "Gr\u00f6\u00dfe " + std::string(2000, '=');
   const char* text = input.c_str();
   const int size = static_cast<int>(input.size());
   i18n_charset_t* utf8 = i18n_charset_open("UTF-8");

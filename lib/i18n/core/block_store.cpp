@@ -20,12 +20,12 @@ size_t BlockStore::slab_size(size_t blocks) const {
 
 bool BlockStore::reserve(size_t blocks) {
   if (blocks <= blocks_left) return false;
-  Slab slab{allocate_c_string(slab_size(blocks)),
-            std::make_unique_for_overwrite<StrLink<char>[]>(blocks), blocks};
-  next_data = slab.bytes.get();
-  next_link = slab.links.get();
+  slabs.push_back({allocate_c_string(slab_size(blocks)),
+                   std::make_unique_for_overwrite<StrLink<char>[]>(blocks), blocks});
+  // Nothing fails any more: the slab is there to stay and can be used.
+  next_data = slabs.back().bytes.get();
+  next_link = slabs.back().links.get();
   blocks_left = blocks;
-  slabs.push_back(std::move(slab));
   return true;
   // The analyzer does not follow the deleter of a CString.
 }  // NOLINT(clang-analyzer-unix.Malloc)

@@ -21,6 +21,7 @@ StringBuffer<char>::StringBuffer(int block_bytes) : BufferImpl<char>(block_bytes
 StringBuffer<char>::~StringBuffer() = default;
 
 void StringBuffer<char>::reserve(size_t bytes) {
+  if (get_size() != 0) return;
   try {
     const size_t blocks = bytes / static_cast<size_t>(block_size) + 1;
     if (store.reserve(blocks)) start();

@@ -50,8 +50,9 @@ class StringBuffer<char> : public BufferImpl<char>, public Buffer<std::string> {
   explicit StringBuffer(int block_bytes);
   ~StringBuffer() override;
 
-  // Prepares an empty buffer for that much content. Content that keeps within it is in one piece of
-  // memory, which a string can be made of without copying it.
+  // Prepares an empty buffer for that much content; does nothing to another one. Content that keeps
+  // within it, and has no room in the buffer as it was made, is in one piece of memory that can be
+  // handed out without a copy.
   void reserve(size_t bytes);
 
   void add_char(char byte);

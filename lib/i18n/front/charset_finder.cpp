@@ -7,7 +7,8 @@
 
 namespace {
 
-// Both are made at first use and kept until the process ends.
+// Both are made at first use and kept until the process ends. When memory runs out meanwhile, the
+// next use goes on where that one stopped.
 hash_str_t* body_charsets;
 hash_str_t* header_charsets;
 bool has_tables;
@@ -47,11 +48,11 @@ void add_charset_aliases(const char* charset, const char* value, hash_str_t* tab
 
 void init_charset_tables() {
   if (has_tables) return;
-  has_tables = true;
-  body_charsets = hash_str_create(200, 8, 0);
-  header_charsets = hash_str_create(200, 8, 0);
+  if (body_charsets == nullptr) body_charsets = hash_str_create(200, 8, 0);
+  if (header_charsets == nullptr) header_charsets = hash_str_create(200, 8, 0);
   add_charset_aliases("shift_jis", "ISO-2022-JP", body_charsets);
   add_charset_aliases("shift_jis", "UTF-8", header_charsets);
+  has_tables = true;
 }
 
 CharsetFinder::CharsetFinder(const char* from, Use use) : to_charset(nullptr) {
