@@ -1,7 +1,5 @@
 #include "i18n_mime_encoding/escape_marks.h"
 
-#include <algorithm>
-
 #include "i18n_mime_encoding/qp_form.h"
 
 namespace i18n_mime {
@@ -9,13 +7,14 @@ namespace i18n_mime {
 EscapeMarks::EscapeMarks(const char* table, const unsigned char* bytes, const unsigned char* end)
     : begin(bytes), marks{} {
   const std::ptrdiff_t done = mark_escapes_vector(marks, table, bytes, end - bytes);
-  mark_escapes_plain(marks + done / 32, table, bytes + done, end - bytes - done);
+  mark_escapes_plain(marks + done / stretch, table, bytes + done, end - bytes - done);
 }
 
 void mark_escapes_plain(std::uint32_t* marks, const char* table, const unsigned char* bytes,
                         std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    marks[i / 32] |= static_cast<std::uint32_t>(is_escaped(table, bytes[i])) << (i % 32);
+    const auto mark = static_cast<std::uint32_t>(is_escaped(table, bytes[i]));
+    marks[i / EscapeMarks::stretch] |= mark << (i % EscapeMarks::stretch);
   }
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace i18n_mime {
 
@@ -19,13 +18,13 @@ class EscapeMarks {
   // The marks of the stretch of bytes from at on, lowest bit first; 0 for those past the end.
   std::uint32_t get_from(const unsigned char* at) const {
     const std::ptrdiff_t index = at - begin;
-    std::uint64_t bits;
-    std::memcpy(&bits, reinterpret_cast<const char*>(marks) + index / 8, sizeof bits);
-    return static_cast<std::uint32_t>(bits >> (index % 8));
+    const std::uint32_t* const word = marks + index / stretch;
+    const std::uint64_t bits = word[0] | static_cast<std::uint64_t>(word[1]) << stretch;
+    return static_cast<std::uint32_t>(bits >> (index % stretch));
   }
 
  private:
-  static constexpr std::ptrdiff_t read_beyond = 2;
+  static constexpr std::ptrdiff_t read_beyond = 1;
 
   const unsigned char* begin;
   std::uint32_t marks[max_bytes / stretch + read_beyond];

@@ -14,7 +14,8 @@ namespace i18n_mime {
 namespace {
 
 constexpr int max_body_line = 76;
-// Of the lines put together before they go to the buffer: forms, folds and slack.
+// Of the lines put together before they go to the buffer: three bytes of form for each byte of a
+// piece, a fold for each line of those, and the slack that put_forms() needs.
 constexpr size_t lines_size = (escape_size + 1) * EscapeMarks::max_bytes;
 
 bool ends_line_badly(char byte) { return byte == ' ' || byte == '\t'; }
@@ -23,7 +24,8 @@ bool ends_line_badly(char byte) { return byte == ' ' || byte == '\t'; }
 // position past them. Returns the end of the forms; there must be room for a stretch beyond it.
 //
 // Literals are copied by stretches. From an escape on, bytes go form by form: just a few where
-// escapes are rare, the rest of the stretch where they are not.
+// escapes are rare, the rest of the stretch where they are not. How many is rare and how many are a
+// few was tried out on the texts of tools/bench.
 char* put_forms(char* out, const char* limit, const EscapeMarks& marks,
                 const unsigned char*& position, const unsigned char* end) {
   constexpr int rare = 8;

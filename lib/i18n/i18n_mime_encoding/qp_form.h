@@ -26,9 +26,10 @@ using Form = std::array<char, 4>;
 using Forms = std::array<Form, 256>;
 extern const std::array<Forms, 2> forms;  // literals and escapes
 
-// Writes the form of a byte and returns its end, beyond which it may write up to form_slack. There
-// is no branch: escapes come too irregularly to be predicted.
-constexpr int form_slack = sizeof(Form);
+// Writes the form of a byte and returns its end. The rest of the Form goes there, too, so there must
+// be room for form_slack beyond the end. There is no branch: escapes come too irregularly to be
+// predicted.
+constexpr int form_slack = sizeof(Form) - literal_size;
 inline char* put_form(char* out, bool escape, unsigned char byte) {
   std::memcpy(out, forms[escape][byte].data(), sizeof(Form));
   return out + (escape ? escape_size : literal_size);
