@@ -24,6 +24,8 @@
 extern "C" {
 #endif
 
+/* No function converts with a conversion handle: these serve programs that keep the pair of
+ * converters that a conversion goes between. */
 typedef struct i18n_iconv_t i18n_iconv_t;
 
 /* A new conversion handle with its own copies of both charsets' converters, or null when one cannot
@@ -34,7 +36,7 @@ QORVII18N_EXPORT i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to,
 /* Closes the handle and its converters. Null is accepted. */
 QORVII18N_EXPORT void i18n_iconv_close(i18n_iconv_t* handle);
 
-/* Puts both converters back into their initial state. */
+/* Puts both converters back into their initial state. The handle must not be null. */
 QORVII18N_EXPORT void i18n_iconv_reset(i18n_iconv_t* handle);
 
 /* Entry points kept for programs that call them, with any arguments or none: i18n_iconv() converts
@@ -64,9 +66,10 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
  *   null.
  *
  * *output_length, when given, receives the length in bytes: when the buffer was too small, the
- * length that was needed, which ICU miscounts for LMBCS and compound text; after input that could
- * not be read, or output of 2 GiB and more, which is a failure, it is left alone. A NUL follows the
- * output where there is room for it, and is not counted. */
+ * length that was needed, which ICU miscounts for LMBCS and compound text; when the target lacks a
+ * character, the length up to there; after input that could not be read, or output of 2 GiB and
+ * more, which is a failure, it is left alone. A NUL follows the output where there is room for it,
+ * and is not counted. */
 QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* input,
                                        int input_length, const i18n_charset_t* to, char* output,
                                        int64_t* output_length);
@@ -85,11 +88,12 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
  * position is not written.
  *
  * *output null: a buffer is allocated and stored there once the input has been read; it belongs to
- *   the caller (i18n_iconv_free()) after every return that stored it, -2 and -4 included.
+ *   the caller (i18n_iconv_free()) after every return that stored it, -2 and -4 included. After
+ *   what was written it has room for a NUL of the caller's.
  * *output given: that buffer is filled; *output_length is its capacity on entry.
  *
  * On return *output_length is the number of bytes written, also after -2 and -4. The output is not
- * NUL-terminated.
+ * NUL-terminated. error_position and output_length must not be null.
  *
  * The converters are neither reset before nor after: a failure can leave state in the charset
  * handles that the next call continues from (i18n_iconv_easy() resets them). */

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include <qorvii18n/i18n_iconv.h>
 
@@ -67,6 +68,7 @@ UErrorCode read_input(UConverter* converter, const char* input, size_t input_len
   return status;
 }
 
+// More than any converter writes for a unit, its escape sequences included.
 constexpr size_t bytes_per_unit = 14;
 
 // A buffer can be far larger than any output of the text, and more than any converter writes is not
@@ -189,27 +191,28 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   char* const buffer = allocated ? allocated.get() : *output;
   const size_t capacity = get_output_capacity(text.length, buffer_size);
 
-  // Offsets serve a failure only and cost more than the conversion of a long text. So that goes
-  // without, and after a failure once more, in the state in which it began, with offsets.
-  constexpr size_t long_text = 1024;
-  const i18n::ConverterPtr copy =
-      text.length > long_text ? i18n::copy_converter(to->converter) : nullptr;
-  UConverter* converter = to->converter;
+  // Offsets serve a failure only, and for a long text they cost more than a copy of the converter.
+  // So that goes without, and after a failure once more, in the state in which it began, with
+  // offsets.
+  const bool is_long = text.length > 1024;
+  const i18n::ConverterPtr copy = is_long ? i18n::copy_converter(to->converter) : nullptr;
   Written written{};
-  if (copy) {
-    written = write_output(converter, text, buffer, capacity, nullptr);
-    converter = copy.get();
-  }
-  int32_t last_unit = i18n::no_offset;
+  if (copy) written = write_output(to->converter, text, buffer, capacity, nullptr);
   if (!copy || has_position(written.status)) {
+    UConverter* const converter = copy ? copy.get() : to->converter;
     OutputOffsets offsets(converter, text.length, capacity);
     written = write_output(converter, text, buffer, capacity, offsets.get());
-    last_unit = offsets.get_last(written.length);
+    if (has_position(written.status)) {
+      *error_position = find_input(text, offsets.get_last(written.length));
+    }
   }
 
+  if (allocated && is_long) {
+    const size_t kept = std::min(written.length + 1, buffer_size);  // room for a caller's NUL
+    allocated = i18n::shrink_c_string(std::move(allocated), buffer_size, kept);
+  }
   if (allocated) *output = allocated.release();
   *output_length = written.length;
   if (!has_position(written.status)) return kConverted;
-  *error_position = find_input(text, last_unit);
   return written.status == U_INVALID_CHAR_FOUND ? kUnmappable : kOutputFull;
 }
