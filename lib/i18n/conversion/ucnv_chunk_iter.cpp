@@ -35,7 +35,6 @@ UcnvChunkIter<In, Out>::UcnvChunkIter(const char* charset, int chunk_units)
     set_error();
     return;
   }
-  if (charset != nullptr) charset_name = charset;
   const auto units = static_cast<size_t>(chunk_units);
   target_buffer = std::make_unique_for_overwrite<Out[]>(units);
   target = target_buffer.get();

@@ -76,7 +76,6 @@ class UcnvChunkIter : public UcnvErrorHandler,
   std::basic_string<In> get_units(std::int64_t begin, std::int64_t count) const;
 
   std::int32_t chunk_size;
-  std::string charset_name;
   ConverterPtr converter;
   const In* source;
   const In* in_begin;

@@ -74,8 +74,9 @@ class ConverterEncoder : public Processor {
     return true;
   }
 
-  // The size of the output, a little too large as a rule, if conversion leaves the size of the text
-  // as it is and its beginning is like the rest of it.
+  // The size of a body, a little too large as a rule, if conversion leaves the size of the text as it
+  // is and its beginning is like the rest of it. The words of a long header take more: the buffer
+  // then grows.
   size_t estimate_output(std::string_view input) const {
     constexpr size_t base64_line = 72;
     constexpr size_t qp_line = 73;
@@ -92,7 +93,7 @@ class ConverterEncoder : public Processor {
   }
 
   static constexpr int no_limit = -1;
-  // The output of an input of this size has room in the buffer as it is made.
+  // The output of most inputs of this size has room in the buffer as it is made.
   static constexpr size_t short_input = 256;
 };
 
