@@ -78,8 +78,8 @@ class QORVII18N_EXPORT BegEnd {
   BegEnd(const BegEnd& other);
   BegEnd& operator=(const BegEnd& other);
 
-  void add(int n);  // moves both; an open end stays open
-  int size() const;
+  void add(int n);   // moves both; an open end stays open
+  int size() const;  // end - begin, which means nothing when the end is open
 
   std::int32_t begin;
   std::int32_t end;
@@ -103,7 +103,8 @@ class InStrSetter {
 // The encoder announces each piece that must not be split with move_line() and appends it right
 // after; the cycle first writes the suffix, the line break and the next prefix when the piece and a
 // suffix would not fit any more. Lengths are in bytes. A line break counts into the line that it
-// begins, so every line after the first has that much less room.
+// begins, so every line after the first has that much less room. The error flag is never set: ask
+// is_legal().
 class QORVII18N_EXPORT LineCycle : public Error {
  public:
   // A null string stands for an empty one; the strings are copied. Reports an assertion failure

@@ -1,7 +1,7 @@
 /* MIME transfer encoding of text for mail.
  *
  * 1. Texts are NUL-terminated byte strings and must not be null. The input is bytes in the source
- *    charset; the result is 7-bit text in the mail charset. Body functions give quoted-printable or
+ *    charset; the encoded result is 7-bit text. Body functions give quoted-printable or
  *    base64 text in lines of at most 76 characters separated by CR LF, with no line break at the
  *    end; the input's own line breaks are encoded like any other byte. Header functions give
  *    encoded words of at most 75 characters, folded with CR LF TAB.
@@ -10,8 +10,9 @@
  * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, or
  *    too long to leave a base64 word any room: 62 bytes; bytes that are not of the source charset; a
  *    character that the mail charset lacks), the result is an unencoded copy of the input. Nothing
- *    is substituted. The diagnostics on standard error name the offending bytes and their position
- *    in bytes.
+ *    is substituted. Unless a name was null, diagnostics on standard error tell why: of text that
+ *    cannot be converted the offending bytes and their position in bytes, which in rare cases is
+ *    that of a neighbour (docs/limits.md).
  * 4. Every char* result, and every string stored through to_charset_out, belongs to the caller and
  *    is released with i18n_mime_free(). Results of type const char* belong to the library.
  * 5. When memory runs out, std::bad_alloc propagates.
@@ -65,7 +66,8 @@ QORVII18N_EXPORT char* i18n_mime_encode(const char* str, const char* from_charse
 QORVII18N_EXPORT char* i18n_mime_encode_header(const char* str, const char* from_charset,
                                                const char* to_charset, double qp_threshold);
 
-/* The same from ICU's default charset to its mail charset. */
+/* The same from ICU's default charset to its mail charset. Only Shift_JIS has one: where the default
+ * is another charset, as UTF-8 is on most systems, the result is a copy of str. */
 QORVII18N_EXPORT char* i18n_mime_easy_encode(const char* str, double qp_threshold,
                                              i18n_mime_encoding_t* encoding_out,
                                              char** to_charset_out);
@@ -74,7 +76,8 @@ QORVII18N_EXPORT char* i18n_mime_easy_encode_header_qp(const char* str);
 QORVII18N_EXPORT char* i18n_mime_easy_encode_header_b64(const char* str);
 
 /* The mail charset for a source charset, or null where there is none: ISO-2022-JP for bodies and
- * UTF-8 for headers, for every alias of Shift_JIS in any letter case, with or without hyphens. */
+ * UTF-8 for headers, for every alias of Shift_JIS in any letter case, with or without hyphens. A
+ * null charset stands for ICU's default charset. */
 QORVII18N_EXPORT const char* i18n_mime_get_body_to_charset_name(const char* charset);
 QORVII18N_EXPORT const char* i18n_mime_get_header_to_charset_name(const char* charset);
 

@@ -49,9 +49,9 @@ void LineCycle::open_line(StringBuffer<char>& buffer) {
 }
 
 void LineCycle::start_cycle(StringBuffer<char>& buffer) {
-  const int written_before = first_line ? suffix_length + line_break_length : suffix_length;
-  const int length = length_of(fold) - written_before;
-  buffer.add_bytes(fold.data() + written_before, length);
+  const int skipped = first_line ? suffix_length + line_break_length : suffix_length;
+  const int length = length_of(fold) - skipped;
+  buffer.add_bytes(fold.data() + skipped, length);
   extend_line(length);
   first_line = false;
 }
