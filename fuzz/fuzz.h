@@ -73,11 +73,12 @@ inline bool is_read_alike_in_chunks(std::string_view charset) {
   return !charset.starts_with("SCSU");
 }
 
-// ICU writes SCSU and LMBCS in a form that depends on how much of the text a call sees.
+// ICU writes SCSU and LMBCS in a form that depends on how much of the text a call sees. It also
+// writes characters of LMBCS that it cannot read again; they are left out on both sides.
 inline bool is_same_text(std::string left, std::string right, const std::string& charset) {
   if (charset.starts_with("SCSU") || charset.starts_with("LMBCS")) {
-    convert_text(charset.c_str(), "UTF-8", left, left);
-    convert_text(charset.c_str(), "UTF-8", right, right);
+    convert_text(charset.c_str(), "UTF-8", left, left, false);
+    convert_text(charset.c_str(), "UTF-8", right, right, false);
   }
   return left == right;
 }
