@@ -56,8 +56,8 @@ void B64BodyEncoder::append_lines(i18n::StringBuffer<char>& buffer, const char* 
   char lines[batch_lines_size + max_body_line];
   char* out = lines;
   for (;;) {
-    const auto fitting = std::min<std::ptrdiff_t>(line_cycle.get_room() / group_chars * group_chars,
-                                                  text_end - text);
+    const std::ptrdiff_t room = line_cycle.get_room();
+    const auto fitting = std::min(room / group_chars * group_chars, text_end - text);
     std::memcpy(out, text, max_body_line);
     out += fitting;
     text += fitting;

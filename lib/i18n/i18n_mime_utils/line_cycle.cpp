@@ -68,7 +68,8 @@ char* LineCycle::put_fold(char* out) {
 }
 
 void LineCycle::set_prefix(const std::string& prefix) {
-  fold.replace(static_cast<size_t>(suffix_length + line_break_length), std::string::npos, prefix);
+  const int before = suffix_length + line_break_length;
+  fold.replace(static_cast<size_t>(before), std::string::npos, prefix);
 }
 
 }  // namespace i18n
