@@ -21,8 +21,8 @@ namespace {
 constexpr size_t smallest = 1024;
 constexpr size_t largest = size_t{256} << 20;
 constexpr size_t step = 4;
-constexpr size_t settled = 64 * 1024;  // past this size, the time per byte stays within...
-constexpr double wanted_spread = 1.5;  // ...this factor
+constexpr size_t settled = size_t{64} << 10;  // past this size, the time per byte stays within...
+constexpr double wanted_spread = 1.5;         // ...this factor
 
 std::vector<std::string> make_texts() {
   constexpr double copies = 8;  // more than any call needs

@@ -73,7 +73,8 @@ std::string IcuFloor::convert_in_chunks(std::string_view text) {
       write_status = U_ZERO_ERROR;
       char* byte = bytes.data();
       ucnv_fromUnicode(to.get(), &byte, bytes.data() + chunk_bytes, &unit_source, unit,
-                       byte_offsets.data(), read_status == U_ZERO_ERROR, &write_status);
+                       byte_offsets.data(), static_cast<UBool>(read_status == U_ZERO_ERROR),
+                       &write_status);
       result.append(bytes.data(), byte);
     } while (write_status == U_BUFFER_OVERFLOW_ERROR);
     require(U_SUCCESS(write_status), "bare conversion in chunks");

@@ -72,7 +72,7 @@ void add_both_directions(const Kind& kind, size_t size, double wanted) {
 
 void add_one_shot_rows() {
   constexpr size_t small = 64;
-  constexpr size_t large = 64 * 1024;
+  constexpr size_t large = size_t{64} << 10;
   add_both_directions(easy, small, 1.5);
   add_both_directions(easy, large, 1.15);
   add_both_directions(easy_ex, small, 1.8);

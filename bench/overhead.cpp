@@ -27,7 +27,8 @@ double allocations_per_chunk(const Function& function, size_t chunk) {
     const std::string text(length, 'a');
     return static_cast<double>(count_allocations([&] { function(text); }));
   };
-  return (count(2 * size) - count(size)) / static_cast<double>(size / chunk);
+  const size_t chunks = size / chunk;
+  return (count(2 * size) - count(size)) / static_cast<double>(chunks);
 }
 
 void print(const char* name, size_t chunk, const Function& function) {

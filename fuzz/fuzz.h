@@ -57,9 +57,10 @@ UErrorCode convert(Function function, UConverter* converter, const std::basic_st
   return status;
 }
 
-// One call for each of the two steps, with room for whatever comes. False when one fails.
-inline bool convert_text(const char* from, const char* to, std::string text, std::string& result,
-                         bool strict = true) {
+// One call for each of the two steps, with room for whatever comes. False when one fails. The text
+// and the result can be one string.
+inline bool convert_text(const char* from, const char* to, const std::string& text,
+                         std::string& result, bool strict = true) {
   const auto source = open_converter(from, strict), target = open_converter(to, strict);
   if (source.isNull() || target.isNull()) return false;
   std::u16string units(8 * text.size() + 64, u'\0');

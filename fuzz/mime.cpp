@@ -15,7 +15,7 @@ bool should_be_qp(const std::string& text, bool header, double threshold) {
 
 std::string take(char* owned) {
   check(owned != nullptr, "there is a result");
-  const std::string text = owned;
+  std::string text = owned;
   i18n_mime_free(owned);
   return text;
 }

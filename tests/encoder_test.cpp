@@ -42,8 +42,8 @@ TEST(QPTable, PassesExactlyTheseBytes) {
 
 TEST(QPTable, OfTheCallerIsFilledOnlyWhenAsked) {
   char entries[256] = {};
-  entries['x'] = 1;
-  entries['y'] = 2;  // only exactly 1 marks a byte
+  entries[0x78] = 1;  // x
+  entries[0x79] = 2;  // y: only exactly 1 marks a byte
   QPEncodingTable kept(entries, true);
   EXPECT_EQ(kept.get_number_qp_encoded_bytes("xyz=="), 1);
   EXPECT_FALSE(kept.should_encode('y'));

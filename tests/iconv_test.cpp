@@ -13,7 +13,7 @@ std::string convert_easy(const char* from, const std::string& input, const char*
   int64_t length = 0;
   char* output = i18n_iconv_easy(i18n_charset_open(from), input.data(),
       static_cast<int>(input.size()), i18n_charset_open(to), nullptr, &length);
-  const std::string result = output ? std::string(output, static_cast<size_t>(length) + 1) : "none";
+  std::string result = output ? std::string(output, static_cast<size_t>(length) + 1) : "none";
   i18n_iconv_free(output);
   return result;
 }
@@ -29,7 +29,7 @@ Conversion convert(
   const int status = i18n_iconv_easy_ex(i18n_charset_open(from), input.data(), input.size(),
       &position, i18n_charset_open(to), &output, &length);
   EXPECT_EQ(callers.back(), '#') << "written past the end";
-  const Conversion result(status, position, output ? std::string(output, length) : "none");
+  Conversion result(status, position, output ? std::string(output, length) : "none");
   if (capacity == 0) i18n_iconv_free(output);
   return result;
 }

@@ -23,6 +23,7 @@ TEST(Threads, EncodeAtOnceAfterTheFirstCall) {
   const std::string expected = encode_all();
   std::vector<int> differences(4);
   std::vector<std::thread> threads;
+  threads.reserve(differences.size());
   for (int& count : differences) {
     threads.emplace_back([&count, &expected] {
       for (int i = 0; i < 200; ++i) count += encode_all() != expected;

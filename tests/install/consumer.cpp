@@ -17,7 +17,8 @@ int main() {
   const i18n_mime::HeaderLineCycle words("UTF-8", I18N_MIME_B64);
   const i18n_mime::B64BodyEncoder encoder("UTF-8");
   const i18n_mime::GenericEncoder& generic = encoder;
-  const i18n::LineCycle copy(words);
+  i18n::LineCycle copy(8, "abc", "d", "e");
+  copy = words;
 
   libqorvii18n_print_verid();
   const bool right = body_table.get_number_qp_encoded_bytes("a=\xFC") == 2 && copy.is_legal() &&
