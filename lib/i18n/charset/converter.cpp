@@ -25,8 +25,12 @@ void make_strict(UConverter* converter) {
                       &status);
 }
 
+bool is_copyable(const UConverter* converter) {
+  return ucnv_getType(converter) != UCNV_COMPOUND_TEXT;
+}
+
 ConverterPtr copy_converter(const UConverter* converter) {
-  if (ucnv_getType(converter) == UCNV_COMPOUND_TEXT) return nullptr;
+  if (!is_copyable(converter)) return nullptr;
   UErrorCode status = U_ZERO_ERROR;
   return ConverterPtr(ucnv_clone(converter, &status));
 }

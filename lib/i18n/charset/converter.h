@@ -18,9 +18,11 @@ ConverterPtr open_plain_converter(const char* name);
 
 void make_strict(UConverter* converter);
 
-// A copy in the same state. Null when ICU makes none, and for compound text: ICU copies that
-// converter together with the pointers to what it owns, and the copy would release that when it is
-// closed.
+// Not for compound text: ICU copies that converter together with the pointers to what it owns, and
+// the copy would release that when it is closed.
+bool is_copyable(const UConverter* converter);
+
+// A copy in the same state, null when there can be none.
 ConverterPtr copy_converter(const UConverter* converter);
 
 }  // namespace i18n

@@ -191,10 +191,11 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   char* const buffer = allocated ? allocated.get() : *output;
   const size_t capacity = get_output_capacity(text.length, buffer_size);
 
-  // Offsets serve a failure only, and for a long text they cost more than a copy of the converter.
-  // So that goes without, and after a failure once more, in the state in which it began, with
-  // offsets.
-  const bool is_long = text.length > 1024;
+  // Only a failure needs offsets, and for a long text they cost more than a copy of the converter. So
+  // a long text is first converted without them. After a failure it is converted once more, with
+  // offsets, by the copy, which is in the state in which the first attempt began.
+  constexpr size_t most_units_of_short_text = 1024;
+  const bool is_long = text.length > most_units_of_short_text;
   const i18n::ConverterPtr copy = is_long ? i18n::copy_converter(to->converter) : nullptr;
   Written written{};
   if (copy) written = write_output(to->converter, text, buffer, capacity, nullptr);

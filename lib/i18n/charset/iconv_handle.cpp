@@ -15,12 +15,11 @@ struct i18n_iconv_t {
 namespace {
 
 i18n::ConverterPtr copy_or_open_anew(const UConverter* converter) {
-  i18n::ConverterPtr copy = i18n::copy_converter(converter);
-  if (copy) return copy;
+  if (i18n::is_copyable(converter)) return i18n::copy_converter(converter);
   UErrorCode status = U_ZERO_ERROR;
-  copy = i18n::open_plain_converter(ucnv_getName(converter, &status));
-  if (copy) i18n::make_strict(copy.get());
-  return copy;
+  auto opened = i18n::open_plain_converter(ucnv_getName(converter, &status));
+  if (opened) i18n::make_strict(opened.get());
+  return opened;
 }
 
 }  // namespace

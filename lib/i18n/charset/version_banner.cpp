@@ -21,5 +21,6 @@ void banner(Print print, Leading... leading) {
 
 void libqorvii18n_print_verid() { banner(imsg_print); }
 
-// Stays in the library although nothing there calls it.
+// Nothing in the library calls it: without the attribute, it would be dropped when the library is
+// optimised as a whole.
 [[gnu::used]] void i18n::sprint_verid(char* buffer) { banner(imsg_sprintf, buffer); }
