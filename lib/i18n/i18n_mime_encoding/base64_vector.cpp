@@ -1,5 +1,6 @@
 // Base64 of eight groups at once, on processors with AVX2.
 #include "i18n_mime_encoding/base64.h"
+#include "i18n_mime_encoding/cpu_features.h"
 
 #if defined(__x86_64__) && defined(__GNUC__)
 
@@ -76,9 +77,9 @@ __attribute__((target("avx2"))) void put_groups(char* out, const unsigned char* 
 }  // namespace
 
 bool put_base64_groups_vector(char* out, const unsigned char* bytes, size_t count) {
-  static const bool has_avx2 = __builtin_cpu_supports("avx2") != 0;
-  if (has_avx2) put_groups(out, bytes, count);
-  return has_avx2;
+  if (!has_avx2()) return false;
+  put_groups(out, bytes, count);
+  return true;
 }
 
 }  // namespace i18n_mime

@@ -1,4 +1,5 @@
 // Escape marks of 32 bytes at once, on processors with AVX2.
+#include "i18n_mime_encoding/cpu_features.h"
 #include "i18n_mime_encoding/escape_marks.h"
 
 #if defined(__x86_64__) && defined(__GNUC__)
@@ -44,7 +45,7 @@ __attribute__((target("avx2"))) std::ptrdiff_t mark(std::uint32_t* marks, const 
                                                     std::ptrdiff_t count) {
   const ByteSet set = make_escape_set(table);
   std::ptrdiff_t done = 0;
-  for (; count - done >= 32; done += 32) {
+  for (; count - done >= EscapeMarks::stretch; done += EscapeMarks::stretch) {
     *marks++ = find(set, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + done)));
   }
   return done;
@@ -54,8 +55,7 @@ __attribute__((target("avx2"))) std::ptrdiff_t mark(std::uint32_t* marks, const 
 
 std::ptrdiff_t mark_escapes_vector(std::uint32_t* marks, const char* table,
                                    const unsigned char* bytes, std::ptrdiff_t count) {
-  static const bool has_avx2 = __builtin_cpu_supports("avx2") != 0;
-  return has_avx2 ? mark(marks, table, bytes, count) : 0;
+  return has_avx2() ? mark(marks, table, bytes, count) : 0;
 }
 
 }  // namespace i18n_mime
