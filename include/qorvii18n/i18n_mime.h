@@ -1,18 +1,18 @@
 /* MIME transfer encoding of text for mail.
  *
  * 1. Texts are NUL-terminated byte strings and must not be null. The input is bytes in the source
- *    charset; the encoded result is 7-bit text. Body functions give quoted-printable or
- *    base64 text in lines of at most 76 characters separated by CR LF, with no line break at the
- *    end; the input's own line breaks are encoded like any other byte. Header functions give
- *    encoded words of at most 75 characters, folded with CR LF TAB.
+ *    charset; the encoded result is 7-bit text. Body functions give quoted-printable or base64 text
+ *    in lines of at most 76 characters separated by CR LF, with no line break at the end; the
+ *    input's own line breaks are encoded like any other byte. Header functions give encoded words of
+ *    at most 75 characters, folded with CR LF TAB.
  * 2. Charset names are names or aliases that ICU knows. Encoded words name the target exactly as it
  *    was passed, so a name that comes from outside has to be vetted first: see i18n_charset.h.
  * 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, or
  *    too long to leave a base64 word any room: 62 bytes; bytes that are not of the source charset; a
  *    character that the mail charset lacks), the result is an unencoded copy of the input. Nothing
- *    is substituted. Unless a name was null, diagnostics on standard error tell why: of text that
- *    cannot be converted the offending bytes and their position in bytes, which in rare cases is
- *    that of a neighbour (docs/limits.md).
+ *    is substituted. Diagnostics on standard error tell why, unless a name was null or there is no
+ *    mail charset to choose: of text that cannot be converted the offending bytes and their position
+ *    in bytes, which in rare cases is that of a neighbour (docs/limits.md).
  * 4. Every char* result, and every string stored through to_charset_out, belongs to the caller and
  *    is released with i18n_mime_free(). Results of type const char* belong to the library.
  * 5. When memory runs out, std::bad_alloc propagates.
@@ -53,8 +53,8 @@ QORVII18N_EXPORT char* i18n_mime_encode_header_b64(const char* str, const char* 
  * of str, before conversion.
  *
  * from_charset null stands for ICU's default charset; to_charset null for the mail charset of the
- * source (i18n_mime_get_body_to_charset_name(), i18n_mime_get_header_to_charset_name()). Without a
- * target the result is a copy of str.
+ * source, which the two functions that get a name, further down, tell. Without a target the result
+ * is a copy of str.
  *
  * encoding_out, when not null, receives the encoding that was chosen, or I18N_MIME_NONE when it did
  * not come to a choice. A conversion that fails midway leaves the choice here beside the copy of

@@ -8,10 +8,9 @@ namespace i18n {
 template <class FromIter>
 CharsetToCharsetChunkIter<FromIter>::CharsetToCharsetChunkIter(const char* from_charset,
                                                                const char* to_charset,
-                                                               int to_unicode_chunk_size,
-                                                               int from_unicode_chunk_size)
-    : to_unicode(from_charset, to_unicode_chunk_size) {
-  if (to_unicode.is_ok()) from_unicode.emplace(to_charset, from_unicode_chunk_size);
+                                                               int chunk_units, int chunk_bytes)
+    : to_unicode(from_charset, chunk_units) {
+  if (to_unicode.is_ok()) from_unicode.emplace(to_charset, chunk_bytes);
   if (!from_unicode || from_unicode->is_error()) {
     set_error();
     return;

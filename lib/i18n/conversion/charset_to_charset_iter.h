@@ -36,9 +36,9 @@ template <class FromIter>
 class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
                                   public InputMBCharTracer<char> {
  public:
-  // The size of a UTF-16 chunk is in units, that of a target chunk in bytes.
-  CharsetToCharsetChunkIter(const char* from_charset, const char* to_charset,
-                            int to_unicode_chunk_size, int from_unicode_chunk_size);
+  // How long a UTF-16 chunk and a target chunk are at most.
+  CharsetToCharsetChunkIter(const char* from_charset, const char* to_charset, int chunk_units,
+                            int chunk_bytes);
   ~CharsetToCharsetChunkIter() override;
 
   void next_chunk() override;

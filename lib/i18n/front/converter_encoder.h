@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include <qorviks.h>
@@ -20,17 +21,17 @@ template <class Iter>
 class ConverterEncoder : public Processor {
  public:
   // In error when a name is null or a charset does not open. With allow_trivial, two equal names
-  // mean that there is nothing to convert. chunk_size is in bytes.
-  ConverterEncoder(const char* from, const char* to, bool allow_trivial, int chunk_size) {
+  // mean that there is nothing to convert.
+  ConverterEncoder(const char* from, const char* to, bool allow_trivial, int max_chunk_bytes) {
     if (from == nullptr || to == nullptr) {
       set_error();
       return;
     }
     if (allow_trivial && std::strcmp(from, to) == 0) {
-      iter = std::make_unique<i18n::TrivialIter>(chunk_size);
+      iter = std::make_unique<i18n::TrivialIter>(max_chunk_bytes);
       return;
     }
-    iter = std::make_unique<Iter>(from, to, chunk_size / 3 + 1, chunk_size);
+    iter = std::make_unique<Iter>(from, to, max_chunk_bytes / 3 + 1, max_chunk_bytes);
     if (iter->is_error()) set_error();
   }
 
@@ -101,8 +102,9 @@ class ConverterEncoder : public Processor {
 template <class Iter, class Encoder>
 class ConcreteConverterEncoder : public ConverterEncoder<Iter> {
  public:
-  ConcreteConverterEncoder(const char* from, const char* to, bool allow_trivial, int chunk_size)
-      : ConverterEncoder<Iter>(from, to, allow_trivial, chunk_size) {
+  ConcreteConverterEncoder(const char* from, const char* to, bool allow_trivial,
+                           int max_chunk_bytes)
+      : ConverterEncoder<Iter>(from, to, allow_trivial, max_chunk_bytes) {
     if (to != nullptr) this->encoder = std::make_unique<Encoder>(to);
   }
 };
@@ -113,15 +115,15 @@ using HeaderIter = i18n::CharsetToCharsetChunkIter<i18n::FromUnicodeFullCharIter
 template <class Encoder>
 class BodyConverterEncoder : public ConcreteConverterEncoder<BodyIter, Encoder> {
  public:
-  BodyConverterEncoder(const char* from, const char* to, int chunk_size)
-      : ConcreteConverterEncoder<BodyIter, Encoder>(from, to, true, chunk_size) {}
+  BodyConverterEncoder(const char* from, const char* to, int max_chunk_bytes)
+      : ConcreteConverterEncoder<BodyIter, Encoder>(from, to, true, max_chunk_bytes) {}
 };
 
 template <class Encoder>
 class HeaderConverterEncoder : public ConcreteConverterEncoder<HeaderIter, Encoder> {
  public:
-  HeaderConverterEncoder(const char* from, const char* to, int chunk_size)
-      : ConcreteConverterEncoder<HeaderIter, Encoder>(from, to, false, chunk_size) {}
+  HeaderConverterEncoder(const char* from, const char* to, int max_chunk_bytes)
+      : ConcreteConverterEncoder<HeaderIter, Encoder>(from, to, false, max_chunk_bytes) {}
 };
 
 }  // namespace i18n_mime

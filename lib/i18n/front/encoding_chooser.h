@@ -17,8 +17,8 @@ template <class Iter, class QPTable, class QPEncoder, class B64Encoder>
 class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
  public:
   ConverterEncoderChooser(const char* from, const char* to, bool allow_trivial, double threshold,
-                          int chunk_size)
-      : ConverterEncoder<Iter>(from, to, allow_trivial, chunk_size),
+                          int max_chunk_bytes)
+      : ConverterEncoder<Iter>(from, to, allow_trivial, max_chunk_bytes),
         qp_threshold(threshold),
         to_charset(to != nullptr ? to : "") {}
 
@@ -49,14 +49,16 @@ using HeaderChooserBase =
 
 class BodyConverterEncoderChooser : public BodyChooserBase {
  public:
-  BodyConverterEncoderChooser(const char* from, const char* to, double threshold, int chunk_size)
-      : BodyChooserBase(from, to, true, threshold, chunk_size) {}
+  BodyConverterEncoderChooser(const char* from, const char* to, double threshold,
+                              int max_chunk_bytes)
+      : BodyChooserBase(from, to, true, threshold, max_chunk_bytes) {}
 };
 
 class HeaderConverterEncoderChooser : public HeaderChooserBase {
  public:
-  HeaderConverterEncoderChooser(const char* from, const char* to, double threshold, int chunk_size)
-      : HeaderChooserBase(from, to, false, threshold, chunk_size) {}
+  HeaderConverterEncoderChooser(const char* from, const char* to, double threshold,
+                                int max_chunk_bytes)
+      : HeaderChooserBase(from, to, false, threshold, max_chunk_bytes) {}
 };
 
 }  // namespace i18n_mime

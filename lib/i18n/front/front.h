@@ -56,12 +56,12 @@ class EasyEncoder : public Duplicator, public Finder {
 template <class Chooser, class Finder>
 class PlainEncoderChooser : public Duplicator, public Finder {
  public:
-  PlainEncoderChooser(const char* from, const char* to, double qp_threshold,
+  PlainEncoderChooser(const char* from, const char* to, double threshold,
                       i18n_mime_encoding_t* chosen_out)
       : Duplicator(nullptr), Finder(from), encoding_out(chosen_out), chooser(nullptr) {
     if (to != nullptr) this->to_charset = to;
     if (this->to_charset == nullptr) return;
-    auto owned = std::make_unique<Chooser>(this->from_charset, this->to_charset, qp_threshold,
+    auto owned = std::make_unique<Chooser>(this->from_charset, this->to_charset, threshold,
                                            conversion_chunk_size);
     chooser = owned.get();
     this->processor = std::move(owned);
