@@ -10,13 +10,12 @@
 #include <qorvii18n/i18n_mime.hpp>
 
 #include "conversion/charset_to_charset_iter.h"
+#include "conversion/chunk_sizes.h"
 #include "conversion/trivial_iter.h"
 #include "front/processor.h"
 
 namespace i18n_mime {
 
-// The UTF-16 stage gets a third of the chunk size, and one unit more: text of up to three bytes a
-// unit then needs about one call of the second stage for each call of the first.
 template <class Iter>
 class ConverterEncoder : public Processor {
  public:
@@ -31,7 +30,7 @@ class ConverterEncoder : public Processor {
       iter = std::make_unique<i18n::TrivialIter>(max_chunk_bytes);
       return;
     }
-    iter = std::make_unique<Iter>(from, to, max_chunk_bytes / 3 + 1, max_chunk_bytes);
+    iter = std::make_unique<Iter>(from, to, i18n::get_unit_chunk(max_chunk_bytes), max_chunk_bytes);
     if (iter->is_error()) set_error();
   }
 

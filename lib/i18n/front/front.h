@@ -4,12 +4,11 @@
 #include <memory>
 #include <utility>
 
+#include "conversion/chunk_sizes.h"
 #include "core/c_string.h"
 #include "front/charset_finder.h"
 #include "front/converter_encoder.h"
 #include "front/encoding_chooser.h"
-
-inline constexpr int conversion_chunk_size = 256;
 
 class Duplicator {
  public:
@@ -34,7 +33,7 @@ template <class ConvEncoder>
 class PlainConverterEncoder : public Duplicator {
  public:
   PlainConverterEncoder(const char* from, const char* to)
-      : Duplicator(std::make_unique<ConvEncoder>(from, to, conversion_chunk_size)) {}
+      : Duplicator(std::make_unique<ConvEncoder>(from, to, i18n::chunk_bytes)) {}
 };
 
 // From ICU's default charset to the mail charset that the finder has for it, if any.
@@ -45,8 +44,8 @@ class EasyEncoder : public Duplicator, public Finder {
   explicit EasyEncoder(const char** to_charset_out = nullptr)
       : Duplicator(nullptr), Finder(nullptr) {
     if (this->to_charset != nullptr) {
-      this->processor = std::make_unique<ConvEncoder>(this->from_charset, this->to_charset,
-                                                      conversion_chunk_size);
+      this->processor =
+          std::make_unique<ConvEncoder>(this->from_charset, this->to_charset, i18n::chunk_bytes);
     }
     if (to_charset_out != nullptr) *to_charset_out = this->to_charset;
   }
@@ -62,7 +61,7 @@ class PlainEncoderChooser : public Duplicator, public Finder {
     if (to != nullptr) this->to_charset = to;
     if (this->to_charset == nullptr) return;
     auto owned = std::make_unique<Chooser>(this->from_charset, this->to_charset, threshold,
-                                           conversion_chunk_size);
+                                           i18n::chunk_bytes);
     chooser = owned.get();
     this->processor = std::move(owned);
   }

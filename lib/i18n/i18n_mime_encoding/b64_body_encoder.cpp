@@ -7,12 +7,12 @@
 #include "conversion/charset_to_charset_iter.h"
 #include "core/string_buffer.h"
 #include "i18n_mime_encoding/base64.h"
+#include "i18n_mime_encoding/line_limits.h"
 
 namespace i18n_mime {
 
 namespace {
 
-constexpr int max_body_line = 76;
 // Groups encoded at once: more than a chunk of the library's own iterators has.
 constexpr size_t batch_groups = 128;
 constexpr size_t batch_chars = (1 + batch_groups) * group_chars;
@@ -22,7 +22,7 @@ constexpr size_t batch_lines_size = batch_chars + batch_chars / 16;  // line bre
 
 B64BodyEncoder::B64BodyEncoder(const char* charset_name)
     : GenericEncoder(charset_name),
-      line_cycle(max_body_line, nullptr, nullptr, "\r\n"),
+      line_cycle(max_body_line, nullptr, nullptr, body_line_break),
       carry{},
       carry_size(0) {}
 B64BodyEncoder::B64BodyEncoder(const B64BodyEncoder& other) = default;

@@ -7,13 +7,13 @@
 #include "conversion/charset_to_charset_iter.h"
 #include "core/string_buffer.h"
 #include "i18n_mime_encoding/escape_marks.h"
+#include "i18n_mime_encoding/line_limits.h"
 #include "i18n_mime_encoding/qp_form.h"
 
 namespace i18n_mime {
 
 namespace {
 
-constexpr int max_body_line = 76;
 // Of the lines put together before they go to the buffer: three bytes of form for each byte of a
 // piece, a fold for each line of those, and the slack that put_forms() needs.
 constexpr size_t lines_size = (escape_size + 1) * EscapeMarks::max_bytes;
@@ -63,7 +63,8 @@ char* put_forms(char* out, const char* limit, const EscapeMarks& marks,
 }  // namespace
 
 QPBodyEncoder::QPBodyEncoder(const char* charset_name)
-    : GenericEncoder(charset_name), line_cycle(max_body_line, nullptr, "=", "\r\n") {}
+    : GenericEncoder(charset_name),
+      line_cycle(max_body_line, nullptr, soft_break_mark, body_line_break) {}
 QPBodyEncoder::QPBodyEncoder(const QPBodyEncoder& other) = default;
 QPBodyEncoder::QPBodyEncoder(QPBodyEncoder&& other) = default;
 QPBodyEncoder& QPBodyEncoder::operator=(const QPBodyEncoder& other) = default;
