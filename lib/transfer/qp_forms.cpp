@@ -1,30 +1,62 @@
 #include "transfer/qp_forms.h"
 
+#include <array>
+#include <cstring>
+
+#include "transfer/vector.h"
+
 namespace transfer {
 
 namespace {
 
-constexpr char digits[] = "0123456789ABCDEF";
+// Of four bytes, so that a form is written by one store.
+using Form = std::array<char, 4>;
+using Forms = std::array<Form, 256>;
+
+constexpr std::array<Forms, 2> make_forms() {
+  constexpr char digits[] = "0123456789ABCDEF";
+  std::array<Forms, 2> forms{};
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    forms[false][byte] = {static_cast<char>(byte)};
+    forms[true][byte] = {'=', digits[byte >> 4], digits[byte & 15]};
+  }
+  return forms;
+}
+constexpr std::array<Forms, 2> forms = make_forms();
+
+// There is no branch: escapes come too irregularly to be predicted.
+char* put_form(char* out, const char* table, unsigned char byte) {
+  const bool escaped = is_escaped(table, byte);
+  std::memcpy(out, forms[escaped][byte].data(), sizeof(Form));
+  return out + (escaped ? escape_size : 1);
+}
+
+size_t count_in_eight(const char* table, const unsigned char* bytes) {
+  size_t count = 0;
+  for (size_t i = 0; i < 8; ++i) count += is_escaped(table, bytes[i]);
+  return count;
+}
 
 }  // namespace
 
 size_t count_escapes(const char* table, const unsigned char* bytes, size_t size) {
   size_t count = 0;
-  for (size_t i = 0; i < size; ++i) count += is_escaped(table, bytes[i]);
+  size_t done = has_avx2() ? count_escapes_avx2(table, bytes, size, count) : 0;
+  for (; done != size; ++done) count += is_escaped(table, bytes[done]);
   return count;
 }
 
 char* put_forms(char* out, const char* table, const unsigned char* bytes, size_t size) {
-  for (size_t i = 0; i < size; ++i) {
-    const unsigned char byte = bytes[i];
-    if (is_escaped(table, byte)) {
-      *out++ = '=';
-      *out++ = digits[byte >> 4];
-      *out++ = digits[byte & 15];
+  size_t done = has_avx2() ? put_forms_avx2(out, table, bytes, size) : 0;
+  for (; size - done >= 8; done += 8) {
+    if (count_in_eight(table, bytes + done) == 0) {
+      std::memcpy(out, bytes + done, 8);
+      out += 8;
     } else {
-      *out++ = static_cast<char>(byte);
+      for (size_t i = done; i != done + 8; ++i) out = put_form(out, table, bytes[i]);
     }
   }
+  for (; done != size; ++done) out = put_form(out, table, bytes[done]);
   return out;
 }
 
