@@ -6,13 +6,21 @@
 #include <string_view>
 
 #include "front/converter_encoder.h"
-#include "i18n_mime_encoding/qp_form.h"
+#include "transfer/qp_forms.h"
 
 namespace i18n_mime {
 
-// Quoted-printable when qp_threshold is greater than the fraction of input bytes that the table
-// marks, else base64: also for an empty input, which has no such fraction. The bytes counted are
-// those of the source charset.
+// Quoted-printable when the threshold is greater than the fraction of bytes that the table marks, else
+// base64: also for an empty text, which has no such fraction. The bytes are those of the source
+// charset.
+inline i18n_mime_encoding_t choose_encoding(const char* table, std::string_view text,
+                                            double qp_threshold) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  const auto marked = static_cast<double>(transfer::count_escapes(table, bytes, text.size()));
+  const bool prefers_qp = qp_threshold > marked / static_cast<double>(text.size());
+  return prefers_qp ? I18N_MIME_QP : I18N_MIME_B64;
+}
+
 template <class Iter, class QPTable, class QPEncoder, class B64Encoder>
 class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
  public:
@@ -24,7 +32,7 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
 
   void borrow_in_str(std::string_view input) override {
     if (this->is_error()) return;
-    if (prefers_qp(input)) {
+    if (choose_encoding(this->table, input, qp_threshold) == I18N_MIME_QP) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
       this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());
@@ -33,11 +41,6 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
   }
 
  private:
-  bool prefers_qp(std::string_view input) {
-    const auto marked = static_cast<double>(count_escapes(this->table, input));
-    return qp_threshold > marked / static_cast<double>(input.size());
-  }
-
   double qp_threshold;
   std::string to_charset;  // the encoder borrows it
 };

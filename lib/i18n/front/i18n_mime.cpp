@@ -1,11 +1,15 @@
 // The MIME functions for C.
+#include <string_view>
+
 #include <qorvii18n/i18n_mime.h>
 
+#include "fast/fast_road.h"
 #include "front/charset_name.h"
 #include "front/front.h"
 
 namespace {
 
+using fast::Form;
 using i18n_mime::BodyConverterEncoder;
 using i18n_mime::HeaderConverterEncoder;
 
@@ -14,53 +18,82 @@ using HeaderChooser =
     PlainEncoderChooser<i18n_mime::HeaderConverterEncoderChooser, HeaderCharsetFinder>;
 
 template <class ConvEncoder>
-char* encode_plain(const char* str, const char* from_charset, const char* to_charset) {
+char* encode_plain(Form form, i18n_mime_encoding_t encoding, const char* str,
+                   const char* from_charset, const char* to_charset) {
+  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset}, str);
+  if (result) return result.release();
   return PlainConverterEncoder<ConvEncoder>(from_charset, to_charset).encode_or_copy(str);
 }
 
+// A table of bytes to escape, to be looked at.
+template <class QPTable>
+struct Counted : QPTable {
+  i18n_mime_encoding_t choose(std::string_view text, double threshold) const {
+    return i18n_mime::choose_encoding(this->table, text, threshold);
+  }
+};
+
+template <class Chooser, class QPTable>
+char* encode_chosen(Form form, const char* str, const char* from_charset, const char* to_charset,
+                    double qp_threshold, i18n_mime_encoding_t* encoding_out) {
+  const i18n_mime_encoding_t encoding = Counted<QPTable>().choose(str, qp_threshold);
+  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset}, str);
+  if (!result) return Chooser(from_charset, to_charset, qp_threshold, encoding_out).encode(str);
+  if (encoding_out != nullptr) *encoding_out = encoding;
+  return result.release();
+}
+
 template <class ConvEncoder>
-char* encode_easy_header(const char* str) {
+char* encode_easy_header(i18n_mime_encoding_t encoding, const char* str) {
+  const HeaderCharsetFinder finder(nullptr);
+  i18n::CString result = fast::encode(
+      {Form::kHeader, encoding, finder.get_from_charset(), finder.get_to_charset()}, str);
+  if (result) return result.release();
   return EasyEncoder<ConvEncoder, HeaderCharsetFinder>().encode_or_copy(str);
 }
 
 }  // namespace
 
 char* i18n_mime_encode_qp(const char* str, const char* from_charset, const char* to_charset) {
-  return encode_plain<BodyConverterEncoder<i18n_mime::QPBodyEncoder>>(str, from_charset,
-                                                                      to_charset);
+  return encode_plain<BodyConverterEncoder<i18n_mime::QPBodyEncoder>>(
+      Form::kBody, I18N_MIME_QP, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode_b64(const char* str, const char* from_charset, const char* to_charset) {
-  return encode_plain<BodyConverterEncoder<i18n_mime::B64BodyEncoder>>(str, from_charset,
-                                                                       to_charset);
+  return encode_plain<BodyConverterEncoder<i18n_mime::B64BodyEncoder>>(
+      Form::kBody, I18N_MIME_B64, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode_header_qp(const char* str, const char* from_charset,
                                  const char* to_charset) {
-  return encode_plain<HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>(str, from_charset,
-                                                                          to_charset);
+  return encode_plain<HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>(
+      Form::kHeader, I18N_MIME_QP, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode_header_b64(const char* str, const char* from_charset,
                                   const char* to_charset) {
-  return encode_plain<HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>(str, from_charset,
-                                                                           to_charset);
+  return encode_plain<HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>(
+      Form::kHeader, I18N_MIME_B64, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode(const char* str, const char* from_charset, const char* to_charset,
                        double qp_threshold, i18n_mime_encoding_t* encoding_out,
                        char** to_charset_out) {
-  BodyChooser front(from_charset, to_charset, qp_threshold, encoding_out);
+  const BodyCharsetFinder finder(from_charset);
+  const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
   if (to_charset_out != nullptr) {
-    const char* target = front.get_to_charset();
     *to_charset_out = i18n::copy_c_string(target != nullptr ? target : "").release();
   }
-  return front.encode(str);
+  return encode_chosen<BodyChooser, i18n_mime::QPBodyEncodingTable>(
+      Form::kBody, str, finder.get_from_charset(), target, qp_threshold, encoding_out);
 }
 
 char* i18n_mime_encode_header(const char* str, const char* from_charset, const char* to_charset,
                               double qp_threshold) {
-  return HeaderChooser(from_charset, to_charset, qp_threshold, nullptr).encode(str);
+  const HeaderCharsetFinder finder(from_charset);
+  const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
+  return encode_chosen<HeaderChooser, i18n_mime::QPHeaderEncodingTable>(
+      Form::kHeader, str, finder.get_from_charset(), target, qp_threshold, nullptr);
 }
 
 char* i18n_mime_easy_encode(const char* str, double qp_threshold,
@@ -73,11 +106,12 @@ char* i18n_mime_easy_encode_header(const char* str, double qp_threshold) {
 }
 
 char* i18n_mime_easy_encode_header_qp(const char* str) {
-  return encode_easy_header<HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>(str);
+  return encode_easy_header<HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>(I18N_MIME_QP, str);
 }
 
 char* i18n_mime_easy_encode_header_b64(const char* str) {
-  return encode_easy_header<HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>(str);
+  return encode_easy_header<HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>(I18N_MIME_B64,
+                                                                                 str);
 }
 
 const char* i18n_mime_get_body_to_charset_name(const char* charset) {

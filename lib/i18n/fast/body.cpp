@@ -1,0 +1,112 @@
+#include "fast/body.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace fast {
+
+namespace {
+
+char* put_body_break(char* out) {
+  std::memcpy(out, i18n_mime::body_line_break, body_break_size);
+  return out + body_break_size;
+}
+
+}  // namespace
+
+size_t Base64Body::get_size(size_t bytes) {
+  return transfer::base64_lines_size(bytes, later_chars);
+}
+
+void Base64Body::append(Bytes bytes) {
+  const size_t fitting = std::min(bytes.size(), line_bytes - pending_size);
+  std::copy_n(bytes.begin(), fitting, pending + pending_size);
+  pending_size += fitting;
+  bytes = bytes.subspan(fitting);
+  if (bytes.empty()) return;
+
+  put_pending_line();
+  const size_t full = (bytes.size() - 1) / later_bytes * later_bytes;
+  if (full != 0) {
+    char* out = output.get_room(transfer::base64_lines_size(full, later_chars) + body_break_size);
+    out = transfer::put_base64_lines(out, bytes.data(), full, later_chars);
+    output.take_up_to(put_body_break(out));
+  }
+  pending_size = bytes.size() - full;
+  std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(full), pending_size, pending);
+}
+
+void Base64Body::put_pending_line() {
+  char* out = output.get_room(first_line_size + body_break_size);
+  out = transfer::put_base64(out, pending, pending_size);
+  output.take_up_to(put_body_break(out));
+  pending_size = 0;
+  line_bytes = later_bytes;
+}
+
+void Base64Body::finish() {
+  char* const out = output.get_room(first_line_size);
+  output.take_up_to(transfer::put_base64(out, pending, pending_size));
+}
+
+size_t QuotedPrintableBody::get_size(size_t forms) {
+  constexpr size_t shortest_line = later_room - (transfer::escape_size - 1);
+  constexpr size_t fold_size = mark_size + body_break_size;
+  return forms + (forms / shortest_line + 1) * fold_size + transfer::escape_size;
+}
+
+void QuotedPrintableBody::append(Bytes bytes) {
+  for (; !bytes.empty(); bytes = bytes.subspan(std::min(bytes.size(), slice_size))) {
+    append_slice(bytes.first(std::min(bytes.size(), slice_size)));
+  }
+}
+
+void QuotedPrintableBody::append_slice(Bytes slice) {
+  const char* const end =
+      transfer::put_forms(forms + forms_size, table, slice.data(), slice.size());
+  forms_size = static_cast<size_t>(end - forms);
+  put_full_lines();
+}
+
+void QuotedPrintableBody::put_full_lines() {
+  if (forms_size <= room) return;
+  char* out = output.get_room(get_size(forms_size) + first_line_size);
+  const char* next = forms;
+  const char* const end = forms + forms_size;
+  while (static_cast<size_t>(end - next) > room) {
+    const size_t size = transfer::cut_forms(next, room);
+    // As much as the longest line has, whatever of it counts: a few moves instead of a call.
+    std::memcpy(out, next, first_line_size);
+    out += size;
+    next += size;
+    std::memcpy(out, i18n_mime::soft_break_mark, mark_size);
+    out = put_body_break(out + mark_size);
+    room = later_room;
+  }
+  output.take_up_to(out);
+  forms_size = static_cast<size_t>(end - next);
+  std::memmove(forms, next, forms_size);
+}
+
+// A blank at the very end is escaped. It goes on the next line when its escape does not fit beside
+// the blank itself.
+void QuotedPrintableBody::finish() {
+  if (forms_size != 0) {
+    const char last = forms[forms_size - 1];
+    if (last == ' ' || last == '\t') {
+      const bool fits = forms_size + transfer::escape_size <= room;
+      char* out = forms + forms_size - 1;
+      if (!fits) {
+        std::memcpy(out, i18n_mime::soft_break_mark, mark_size);
+        out = put_body_break(out + mark_size);
+      }
+      std::memcpy(out, last == ' ' ? "=20" : "=09", transfer::escape_size);
+      forms_size = static_cast<size_t>(out - forms) + transfer::escape_size;
+    }
+  }
+  char* const out = output.get_room(forms_size);
+  std::memcpy(out, forms, forms_size);
+  output.take_up_to(out + forms_size);
+}
+
+}  // namespace fast

@@ -1,0 +1,84 @@
+#include "fast/fast_road.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include <qorvii18n/i18n_mime.hpp>
+
+#include "fast/body.h"
+#include "fast/header.h"
+#include "fast/pieces.h"
+
+namespace fast {
+
+namespace {
+
+// The table that all encoders of a kind share, and that a program can add to.
+template <class Table>
+struct SharedTable : Table {
+  const char* get() const { return this->table; }
+};
+
+// Lines are cut by looking for '=', and words by looking for what continues a character.
+bool is_cuttable(const char* table) {
+  const auto escapes = [](char entry) { return entry == 1; };
+  return escapes(table[static_cast<size_t>('=')]) &&
+         std::all_of(table + 0x80, table + 0x100, escapes);
+}
+
+template <class Body>
+bool put_body(Pieces& pieces, Body& body) {
+  for (Bytes piece = pieces.next(); !piece.empty(); piece = pieces.next()) body.append(piece);
+  if (pieces.has_failed()) return false;
+  body.finish();
+  return true;
+}
+
+i18n::CString encode_base64(Pieces& pieces) {
+  Output output(Base64Body::get_size(pieces.get_expected_size()) + first_line_size);
+  Base64Body body(output);
+  return put_body(pieces, body) ? output.release() : nullptr;
+}
+
+i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text) {
+  const SharedTable<i18n_mime::QPBodyEncodingTable> table;
+  if (!is_cuttable(table.get())) return nullptr;
+  // What conversion adds to a text, or takes from it, are bytes that are not ASCII: escapes.
+  const size_t size = pieces.get_expected_size();
+  const size_t escapes =
+      transfer::count_escapes(table.get(), text.data(), text.size()) + size - text.size();
+  const size_t forms = size + (transfer::escape_size - 1) * escapes;
+  Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
+  QuotedPrintableBody body(table.get(), output);
+  return put_body(pieces, body) ? output.release() : nullptr;
+}
+
+i18n::CString encode_body(const Work& work, Bytes text) {
+  const std::unique_ptr<Pieces> pieces = open_pieces(work.from_charset, work.to_charset, text);
+  if (pieces == nullptr) return nullptr;
+  return work.encoding == I18N_MIME_QP ? encode_quoted_printable(*pieces, text)
+                                       : encode_base64(*pieces);
+}
+
+i18n::CString encode_header(const Work& work, Bytes text) {
+  if (!is_utf8_name(work.from_charset) || !is_utf8_name(work.to_charset)) return nullptr;
+  Output output(2 * text.size());
+  if (work.encoding == I18N_MIME_B64) {
+    return put_b_words(text, work.to_charset, output) ? output.release() : nullptr;
+  }
+  const SharedTable<i18n_mime::QPHeaderEncodingTable> table;
+  const bool is_done =
+      is_cuttable(table.get()) && put_q_words(text, work.to_charset, table.get(), output);
+  return is_done ? output.release() : nullptr;
+}
+
+}  // namespace
+
+i18n::CString encode(const Work& work, std::string_view text) {
+  if (work.from_charset == nullptr || work.to_charset == nullptr) return nullptr;
+  const Bytes bytes(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+  return work.form == Form::kBody ? encode_body(work, bytes) : encode_header(work, bytes);
+}
+
+}  // namespace fast

@@ -1,0 +1,151 @@
+#include "fast/header.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "fast/header_chunks.h"
+#include "i18n_mime_encoding/line_limits.h"
+#include "transfer/base64.h"
+#include "transfer/qp_forms.h"
+
+namespace fast {
+
+namespace {
+
+constexpr std::string_view word_break = i18n_mime::word_line_break;
+constexpr std::string_view word_end = i18n_mime::word_end;
+constexpr size_t max_name_size = 16;
+
+char* put(char* out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
+// What stands between the contents of two words, and, without its first part, before the first.
+class Fold {
+ public:
+  Fold(const char* charset, char letter) {
+    char* out = put(put(text, word_end), word_break);
+    char* const prefix = out;
+    out = put(put(out, "=?"), charset);
+    *out++ = '?';
+    *out++ = letter;
+    *out++ = '?';
+    size = static_cast<size_t>(out - text);
+    prefix_size = static_cast<size_t>(out - prefix);
+  }
+
+  std::string_view get_whole() const { return {text, size}; }
+  std::string_view get_prefix() const { return get_whole().substr(size - prefix_size); }
+  // Of content, in a line that is not the first, and in the first.
+  size_t get_room() const { return i18n_mime::max_word_line - size; }
+  size_t get_first_room() const { return get_room() + word_break.size(); }
+
+ private:
+  char text[word_end.size() + word_break.size() + max_name_size + 5];
+  size_t size;
+  size_t prefix_size;
+};
+
+// Where forms of UTF-8 can be cut: between characters.
+size_t cut_characters(const char* forms, size_t size) {
+  size = transfer::cut_forms(forms, size);
+  const auto continues = [](const char* form) {
+    return form[0] == '=' && (form[1] == '8' || form[1] == '9' || form[1] == 'A' || form[1] == 'B');
+  };
+  while (size > 0 && continues(forms + size)) size -= transfer::escape_size;
+  return size;
+}
+
+class QWords {
+ public:
+  QWords(const char* charset, const char* escape_table, Output& target)
+      : fold(charset, 'Q'), table(escape_table), room(fold.get_first_room()), output(target) {}
+
+  void begin() {
+    char* const out = output.get_room(fold.get_whole().size());
+    output.take_up_to(put(out, fold.get_prefix()));
+  }
+
+  // Bytes that one word must hold.
+  void append_whole(Bytes bytes) {
+    char forms[transfer::escape_size * most_whole + transfer::form_slack];
+    const size_t size = put_forms(forms, bytes);
+    char* out = output.get_room(fold.get_whole().size() + size);
+    if (size > room) out = put_fold(out);
+    room -= size;
+    output.take_up_to(put(out, {forms, size}));
+  }
+
+  void append_characters(Bytes bytes) {
+    char forms[transfer::escape_size * i18n::chunk_bytes + transfer::form_slack];
+    const char* next = forms;
+    size_t left = put_forms(forms, bytes);
+    while (left > room) {
+      const size_t size = cut_characters(next, room);
+      char* const out = output.get_room(size + fold.get_whole().size());
+      output.take_up_to(put_fold(put(out, {next, size})));
+      next += size;
+      left -= size;
+    }
+    char* const out = output.get_room(left);
+    output.take_up_to(put(out, {next, left}));
+    room -= left;
+  }
+
+  void end() { output.take_up_to(put(output.get_room(word_end.size()), word_end)); }
+
+  // More hangs together only where characters have more than four bytes.
+  static constexpr size_t most_whole = 8;
+
+ private:
+  size_t put_forms(char* forms, Bytes bytes) const {
+    const char* const forms_end = transfer::put_forms(forms, table, bytes.data(), bytes.size());
+    return static_cast<size_t>(forms_end - forms);
+  }
+
+  char* put_fold(char* out) {
+    room = fold.get_room();
+    return put(out, fold.get_whole());
+  }
+
+  Fold fold;
+  const char* table;
+  size_t room;  // in the word in work
+  Output& output;
+};
+
+}  // namespace
+
+bool put_b_words(Bytes text, const char* charset, Output& output) {
+  const Fold fold(charset, 'B');
+  const size_t most_groups = fold.get_room() / transfer::group_chars;
+  HeaderChunks chunks(text, most_groups * transfer::group_bytes);
+  for (bool is_first = true;; is_first = false) {
+    if (!chunks.next()) return false;
+    const Bytes chunk = chunks.get_chunk();
+    char* out = output.get_room(fold.get_whole().size() + transfer::base64_size(chunk.size()));
+    out = put(out, is_first ? fold.get_prefix() : fold.get_whole());
+    output.take_up_to(transfer::put_base64(out, chunk.data(), chunk.size()));
+    if (!chunks.has_next()) break;
+  }
+  output.take_up_to(put(output.get_room(word_end.size()), word_end));
+  return true;
+}
+
+bool put_q_words(Bytes text, const char* charset, const char* table, Output& output) {
+  HeaderChunks chunks(text, i18n::chunk_bytes);
+  QWords words(charset, table, output);
+  words.begin();
+  do {
+    if (!chunks.next()) return false;
+    const Bytes chunk = chunks.get_chunk();
+    const size_t first_run = chunks.get_first_run();
+    if (first_run != 0) words.append_whole(chunk.first(first_run));
+    words.append_characters(chunk.subspan(first_run));
+  } while (chunks.has_next());
+  words.end();
+  return true;
+}
+
+}  // namespace fast

@@ -1,0 +1,61 @@
+#include "fast/header_chunks.h"
+
+#include <algorithm>
+
+#include "fast/unicode.h"
+
+namespace fast {
+
+bool HeaderChunks::next() {
+  if (!room_was_full && !fetch()) return false;
+  chunk_begin = delivered;
+  write();
+  return true;
+}
+
+bool HeaderChunks::fetch() {
+  constexpr size_t pair_size = 4;
+  begins_in_pair = splits_pair;
+  if (begins_in_pair) fetched += pair_size;
+  const size_t units = begins_in_pair ? units_at_once - 1 : units_at_once;
+  const Bytes rest = text.subspan(fetched);
+  const Reach reach = reach_units(rest, units);
+  if (!reach.is_valid) return false;
+  // A pair of which one unit has room is the only thing that leaves room beside more text.
+  splits_pair = reach.units != units && reach.bytes != rest.size();
+  fetched += reach.bytes;
+  is_last_fetch = fetched == text.size();
+  return true;
+}
+
+void HeaderChunks::write() {
+  constexpr size_t pair_size = 4;
+  const size_t limit = delivered + room;
+  const size_t run_end = begins_in_pair ? held + pair_size : held;
+  begins_in_pair = false;
+  // When the room is full to the last byte, the converter does not get to the half of a pair.
+  room_was_full = fetched > limit || (fetched == limit && splits_pair);
+  if (fetched <= limit) {
+    written = held = fetched;
+  } else {
+    const size_t last = find_character(limit);
+    written = limit;
+    held = last == limit ? limit : last + get_character_size(text.subspan(last));
+  }
+
+  size_t end = written;
+  if (has_next() && written != delivered) {
+    const bool is_one_run = written <= run_end;
+    const size_t last_run = is_one_run ? delivered : find_character(written - 1);
+    end = std::max(last_run, delivered + 1);
+  }
+  first_run = std::min(std::max(run_end, delivered), end) - delivered;
+  delivered = end;
+}
+
+size_t HeaderChunks::find_character(size_t at) const {
+  while (continues_character(text[at])) --at;
+  return at;
+}
+
+}  // namespace fast

@@ -1,0 +1,39 @@
+// The string that the fast road writes: at its final place at once, unless it is short.
+#pragma once
+
+#include <cstddef>
+
+#include "core/c_string.h"
+
+namespace fast {
+
+class Output {
+ public:
+  // expected_size: about how long the string will be, in bytes. One that turns out longer is moved.
+  explicit Output(size_t expected_size) : expected(expected_size) {}
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  // Where the string goes on, with room for so many bytes.
+  char* get_room(size_t bytes) {
+    if (bytes >= capacity - size) grow(bytes);
+    return begin + size;
+  }
+  // What was written up to end, in the room, belongs to the string.
+  void take_up_to(const char* end) { size = static_cast<size_t>(end - begin); }
+
+  // The string, NUL-terminated. It can be taken once.
+  i18n::CString release();
+
+ private:
+  void grow(size_t bytes);
+
+  char near[2048];  // many results are no longer, and are then allocated with their true size
+  i18n::CString far;
+  char* begin = near;
+  size_t size = 0;
+  size_t capacity = sizeof near;  // always one more than size, for the NUL
+  size_t expected;
+};
+
+}  // namespace fast

@@ -1,0 +1,136 @@
+#include "fast/pieces.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "charset/converter.h"
+#include "fast/icu_pieces.h"
+#include "fast/unicode.h"
+
+namespace fast {
+
+namespace {
+
+// The text as it is: the charsets are the same, or it is ASCII and both have that.
+class WholeText final : public Pieces {
+ public:
+  explicit WholeText(Bytes converted) : text(converted) {}
+
+  Bytes next() override { return std::exchange(text, {}); }
+  bool has_failed() const override { return false; }
+  size_t get_expected_size() const override { return text.size(); }
+
+ private:
+  Bytes text;
+};
+
+// What is converted without ICU.
+class DirectPieces final : public Pieces {
+ public:
+  using Convert = unsigned char* (*)(unsigned char* out, Bytes text);
+
+  // No byte gives more than two.
+  DirectPieces(Convert function, Bytes source, size_t converted_size)
+      : convert(function), text(source), size(converted_size) {}
+
+  Bytes next() override {
+    const Bytes piece = text.first(get_piece_size());
+    unsigned char* const end = convert(converted, piece);
+    failed = end == nullptr;
+    if (failed) return {};
+    text = text.subspan(piece.size());
+    return {converted, end};
+  }
+  bool has_failed() const override { return failed; }
+  size_t get_expected_size() const override { return size; }
+
+ private:
+  static constexpr size_t most_bytes = 1024;
+
+  // Characters are not cut; text in other charsets than UTF-8 can get shorter pieces for that.
+  size_t get_piece_size() const {
+    if (text.size() <= most_bytes) return text.size();
+    size_t piece_size = most_bytes;
+    while (piece_size > most_bytes - 3 && continues_character(text[piece_size])) --piece_size;
+    return piece_size;
+  }
+
+  Convert convert;
+  Bytes text;
+  size_t size;
+  bool failed = false;
+  unsigned char converted[2 * most_bytes + copy_slack];
+};
+
+enum class Kind { kUtf8, kLatin1, kAscii, kOther };
+
+Kind get_kind(const UConverter* converter) {
+  switch (ucnv_getType(converter)) {
+    case UCNV_UTF8:
+      return Kind::kUtf8;
+    case UCNV_LATIN_1:
+      return Kind::kLatin1;
+    case UCNV_US_ASCII:
+      return Kind::kAscii;
+    default:
+      return Kind::kOther;
+  }
+}
+
+// A charset by its name; no converter is opened for the most frequent one.
+struct Charset {
+  explicit Charset(const char* name)
+      : converter(is_utf8_name(name) ? nullptr : i18n::open_plain_converter(name)),
+        is_open(is_utf8_name(name) || converter != nullptr),
+        kind(converter == nullptr ? Kind::kUtf8 : get_kind(converter.get())) {}
+
+  i18n::ConverterPtr take_converter() {
+    return converter ? std::move(converter) : i18n::open_plain_converter("UTF-8");
+  }
+
+  i18n::ConverterPtr converter;
+  bool is_open;
+  Kind kind;
+};
+
+bool has_options(const char* name) { return std::strchr(name, ',') != nullptr; }
+
+bool is_unchanged(Kind from, Kind to, Bytes text) {
+  if (from == to && to == Kind::kUtf8) return is_utf8(text);
+  if (from == to && to == Kind::kLatin1) return true;
+  return is_ascii(text);
+}
+
+}  // namespace
+
+bool is_utf8_name(const char* charset) {
+  constexpr const char* names[] = {"UTF-8", "utf-8", "UTF8", "utf8"};
+  return std::any_of(std::begin(names), std::end(names),
+                     [charset](const char* name) { return std::strcmp(charset, name) == 0; });
+}
+
+std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text) {
+  if (std::strcmp(from_charset, to_charset) == 0) return std::make_unique<WholeText>(text);
+  if (has_options(from_charset) || has_options(to_charset)) return nullptr;
+  Charset from(from_charset), to(to_charset);
+  if (!from.is_open || !to.is_open) return nullptr;
+  if (from.kind != Kind::kOther && to.kind != Kind::kOther) {
+    if (from.kind == Kind::kUtf8 && to.kind == Kind::kLatin1) {
+      return std::make_unique<DirectPieces>(utf8_to_latin1, text, get_latin1_size(text));
+    }
+    if (from.kind == Kind::kLatin1 && to.kind == Kind::kUtf8) {
+      return std::make_unique<DirectPieces>(latin1_to_utf8, text, get_utf8_size(text));
+    }
+    if (is_unchanged(from.kind, to.kind, text)) return std::make_unique<WholeText>(text);
+    return nullptr;
+  }
+  i18n::ConverterPtr from_converter = from.take_converter(), to_converter = to.take_converter();
+  if (!IcuPieces::is_independent(from_converter.get()) ||
+      !IcuPieces::is_independent(to_converter.get())) {
+    return nullptr;
+  }
+  return std::make_unique<IcuPieces>(std::move(from_converter), std::move(to_converter), text);
+}
+
+}  // namespace fast

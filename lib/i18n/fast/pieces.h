@@ -1,0 +1,33 @@
+// A text converted from one charset to another, piece by piece.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "fast/bytes.h"
+
+namespace fast {
+
+class Pieces {
+ public:
+  Pieces() = default;
+  Pieces(const Pieces&) = delete;
+  Pieces& operator=(const Pieces&) = delete;
+  virtual ~Pieces() = default;
+
+  // The next bytes of the converted text, valid until the next call. None when there are no more, or
+  // when what follows cannot be converted.
+  virtual Bytes next() = 0;
+  virtual bool has_failed() const = 0;
+
+  // How many bytes all pieces together will have, about.
+  virtual size_t get_expected_size() const = 0;
+};
+
+// Null when the fast road does not go from one of these charsets to the other.
+std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text);
+
+// ICU takes these spellings for UTF-8 without looking them up.
+bool is_utf8_name(const char* charset);
+
+}  // namespace fast
