@@ -1,94 +1,145 @@
-// Time per byte from 1 KiB to 256 MiB.
+// Time per byte and peak of memory as a text grows, each in a process of its own.
 #include <malloc.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <limits>
-#include <string>
-#include <vector>
 
-#include "body_works.h"
-#include "families.h"
-#include "pairs.h"
-#include "proc.h"
-#include "report.h"
-#include "texts.h"
+#include "wanted.h"
 
 namespace bench {
 
 namespace {
 
-constexpr size_t smallest = 1024;
-constexpr size_t largest = size_t{256} << 20;
-constexpr size_t step = 4;
-constexpr size_t settled = size_t{64} << 10;  // past this size, the time per byte stays within...
-constexpr double wanted_spread = 1.5;         // ...this factor
-
-std::vector<std::string> make_texts() {
-  constexpr double copies = 8;  // more than any call needs
-  std::vector<std::string> texts;
-  for (size_t size = smallest; size <= largest; size *= step) {
-    const double needed = copies * static_cast<double>(size);
-    if (needed > read_memory_entry("/proc/meminfo", "MemAvailable:")) break;
-    texts.push_back(make_text(Language::kGerman, size));
-  }
-  return texts;
+double read_memory_entry(const char* file, std::string_view name) {
+  std::ifstream entries(file);
+  std::string word;
+  while (entries >> word && word != name) continue;
+  double entry_kib = 0;
+  entries >> entry_kib;
+  require(!entries.fail(), file);
+  return entry_kib * kib;
 }
 
-double time_per_byte(const BodyWork& work, const std::string& text) {
-  const double time = time_call(
-      [&] { i18n_mime_free(work.encode(text.c_str(), work.from_charset, work.to_charset)); });
-  return 1e9 * time / static_cast<double>(text.size());
-}
+struct Usage {
+  double output;
+  double peak;       // beyond what the process had before the input was made
+  double factor;     // time per byte, compared with that of the smallest text
+  double base_time;  // of a byte of that text, at its best
+};
 
-// In pairs, too: each size against the base, right before and after it. The factors are given at
-// the base's best speed, so that a slow spell of the machine does not pass for growth.
-std::vector<double> measure(const BodyWork& work, const std::vector<std::string>& texts) {
-  constexpr int rounds = 7;
-  double best_base = std::numeric_limits<double>::infinity();
-  std::vector<double> times;
-  for (const std::string& text : texts) {
-    std::vector<double> factors;
-    for (int round = 0; round < rounds; ++round) {
-      const double before = time_per_byte(work, texts.front());
-      const double time = time_per_byte(work, text);
-      const double after = time_per_byte(work, texts.front());
-      best_base = std::min({best_base, before, after});
-      factors.push_back(2 * time / (before + after));
-    }
-    times.push_back(median(factors));
-  }
-  for (double& time : times) time *= best_base;
-  return times;
-}
+Usage measure(const GrowthRow& row, size_t size) {
+  constexpr const char* status = "/proc/self/status";
+  const Function function = row.work.library(row.from, row.to);
+  const std::string base = make_text(kGerman, row.work.separator, growth_smallest);
+  malloc_trim(0);  // what is free already would hide growth
+  const double before = read_memory_entry(status, "VmRSS:");
+  const std::string text = make_text(kGerman, row.work.separator, size);
+  std::ofstream("/proc/self/clear_refs") << "5";  // the peak starts over
+  Usage usage;
+  usage.output = static_cast<double>(function(text).view().size());
+  usage.peak = read_memory_entry(status, "VmHWM:") - before;
 
-// From now on the process keeps the memory that it frees. To hand out cleared pages again and again
-// is work of the kernel, and it does not do that for small blocks.
-void keep_freed_memory() {
+  // From now on the process keeps the memory that it frees. To hand out cleared pages again and
+  // again is work of the kernel, and it does not do that for small blocks.
   mallopt(M_MMAP_MAX, 0);
   mallopt(M_TRIM_THRESHOLD, -1);
+  const auto time_byte = [&](const std::string& of, size_t calls) {
+    return run_calls(function, of, calls).seconds / static_cast<double>(of.size());
+  };
+  const bool is_long = size >= 64 * mib;
+  const size_t calls =
+      is_long ? 1 : count_calls([&](size_t count) { return run_calls(function, text, count); });
+  const size_t base_calls =
+      count_calls([&](size_t count) { return run_calls(function, base, count); });
+  // In pairs, too: the text against the base, right before and after it. The base's best speed
+  // makes a time of the factor, so that a slow spell of the machine does not pass for growth.
+  const int rounds = is_long ? 3 : 15;
+  usage.base_time = std::numeric_limits<double>::infinity();
+  std::vector<double> factors;
+  for (int round = 0; round < rounds; ++round) {
+    const double first = time_byte(base, base_calls);
+    const double time = time_byte(text, calls);
+    const double last = time_byte(base, base_calls);
+    usage.base_time = std::min({usage.base_time, first, last});
+    factors.push_back(2 * time / (first + last));
+  }
+  usage.factor = median(factors);
+  return usage;
+}
+
+Usage measure_in_child(const GrowthRow& row, size_t size) {
+  int ends[2];
+  require(pipe(ends) == 0, "pipe");
+  const pid_t child = fork();
+  require(child >= 0, "fork");
+  if (child == 0) {
+    const Usage usage = measure(row, size);
+    _exit(write(ends[1], &usage, sizeof usage) == sizeof usage ? 0 : 1);
+  }
+  Usage usage;
+  close(ends[1]);
+  require(read(ends[0], &usage, sizeof usage) == sizeof usage, "growth");
+  close(ends[0]);
+  waitpid(child, nullptr, 0);
+  return usage;
+}
+
+std::vector<size_t> choose_sizes() {
+  constexpr double copies = 14;  // more than any call needs
+  const double available = read_memory_entry("/proc/meminfo", "MemAvailable:");
+  std::vector<size_t> sizes;
+  for (size_t size = growth_smallest; size <= growth_largest; size *= 4) {
+    if (copies * static_cast<double>(size) < available) sizes.push_back(size);
+  }
+  return sizes;
+}
+
+void print_row(const GrowthRow& row, const std::vector<size_t>& sizes) {
+  std::vector<Usage> usages;
+  usages.reserve(sizes.size());
+  for (const size_t size : sizes) usages.push_back(measure_in_child(row, size));
+  double base_time = std::numeric_limits<double>::infinity();
+  for (const Usage& usage : usages) base_time = std::min(base_time, usage.base_time);
+
+  double least = std::numeric_limits<double>::infinity(), most = 0;
+  std::printf("  ns per byte ");
+  for (size_t i = 0; i < sizes.size(); ++i) {
+    const double time = 1e9 * base_time * usages[i].factor;
+    std::printf(" %8.2f", time);
+    if (sizes[i] <= time_settled) continue;
+    least = std::min(least, time);
+    most = std::max(most, time);
+  }
+  std::printf("   spread %.2f %s\n", most / least, judge(most / least, wanted_spread));
+
+  double worst = 0;
+  std::printf("  peak memory ");
+  for (size_t i = 0; i < sizes.size(); ++i) {
+    std::printf(" %8s", format_size(usages[i].peak).c_str());
+    const double text_and_output = static_cast<double>(sizes[i]) + usages[i].output;
+    if (sizes[i] >= peak_settled) worst = std::max(worst, usages[i].peak / text_and_output);
+  }
+  std::printf("   / (text + result) %.2f %s\n", worst, judge(worst, row.wanted_peak));
 }
 
 }  // namespace
 
-void print_growth() {
-  keep_freed_memory();
-  const std::vector<std::string> texts = make_texts();
-  const auto first_settled =
-      std::count_if(texts.begin(), texts.end(), [](auto& text) { return text.size() <= settled; });
-  std::printf("\n%-12s", "ns per byte");
-  for (const std::string& text : texts) {
-    std::printf(" %7s", format_size(static_cast<double>(text.size())).c_str());
-  }
-  std::printf("  spread past 64 KiB\n");
-  for (const BodyWork& work : body_works) {
-    const std::vector<double> times = measure(work, texts);
-    std::printf("%-12s", work.name);
-    for (const double time : times) std::printf(" %7.2f", time);
-    const auto [least, most] = std::minmax_element(times.begin() + first_settled, times.end());
-    const double spread = *most / *least;
-    std::printf("  %.2f %s\n", spread, judge(spread <= wanted_spread));
+void print_growth(const Selection& is_selected) {
+  const std::vector<size_t> sizes = choose_sizes();
+  std::printf("\n%-14s", "growth");
+  for (const size_t size : sizes)
+    std::printf(" %8s", format_size(static_cast<double>(size)).c_str());
+  std::printf("\n");
+  for (const GrowthRow& row : growth_rows) {
+    const std::string title = get_title(row.work.name, kGerman, row.from, row.to);
+    if (!is_selected(title)) continue;
+    std::printf("%s\n", title.c_str());
     std::fflush(stdout);
+    print_row(row, sizes);
   }
 }
 

@@ -1,44 +1,114 @@
-// The library and its peers side by side: ratios first, then what a call costs at least, memory and
-// growth.
+// The library and its references side by side: ratios first, then growth.
 #include <algorithm>
 #include <cstdio>
-#include <string_view>
+#include <cstring>
+#include <regex>
+#include <span>
 
-#include <benchmark/benchmark.h>
+#include <gmime/gmime.h>
 
-#include "families.h"
-#include "peers.h"
-#include "report.h"
+#include "wanted.h"
+
+namespace bench {
 
 namespace {
 
-bool take_flag(int& argc, char** argv, std::string_view flag) {
-  char** const end = argv + argc;
-  char** const kept_end = std::remove(argv, end, flag);
-  argc = static_cast<int>(kept_end - argv);
-  return kept_end != end;
+// The size of the library's result, once both sides are found to be right.
+size_t check(const Row& row, const std::string& text) {
+  const Function library = row.work.library(row.from, row.to);
+  const Function reference = row.work.reference(row.from, row.to);
+  const std::string expected = convert(row.from, row.to, text);
+  const Output result = library(text);
+  require(row.work.decode_library(result.view()) == expected, row.work.name);
+  require(row.work.decode_reference(reference(text).view()) == expected, "a reference");
+  return result.view().size();
+}
+
+Comparison compare_here(const Row& row, const std::string& text) {
+  const Function library = row.work.library(row.from, row.to);
+  const Function reference = row.work.reference(row.from, row.to);
+  return compare([&](size_t calls) { return run_calls(library, text, calls); },
+                 [&](size_t calls) { return run_calls(reference, text, calls); });
+}
+
+void print_ratio(const std::string& title, const Size& size, const Comparison& comparison) {
+  const double wanted =
+      build_slack * (has_vector_code ? size.wanted : size.wanted_without_vector_code);
+  std::printf("%-50s %8s %10s %10s %6.2f ", title.c_str(),
+              format_size(static_cast<double>(size.bytes)).c_str(),
+              format_time(comparison.library.seconds).c_str(),
+              format_time(comparison.reference.seconds).c_str(), comparison.ratio);
+  wanted == unjudged ? std::printf("%6s     ", "-")
+                     : std::printf("%6.2f %-4s", wanted, judge(comparison.ratio, wanted));
+}
+
+// Beyond one for each page of the result, where the result has pages of its own.
+double count_excess_faults(const Slice& slice, size_t result_size) {
+  constexpr size_t page_size = 4096;
+  const size_t pages = result_size < page_size ? 0 : result_size / page_size + 1;
+  return std::max(0.0, slice.faults - static_cast<double>(pages));
+}
+
+void print_faults(const Comparison& comparison, size_t result_size) {
+  const double library = count_excess_faults(comparison.library, result_size);
+  const double reference = count_excess_faults(comparison.reference, result_size);
+  std::printf(" %6.1f %9.1f %s", library, reference, judge(library, wanted_faults));
+}
+
+enum class Place { kHere, kFreshProcesses };
+
+void print_ratios(const std::vector<Row>& table, Place place, const Selection& is_selected) {
+  const bool is_fresh = place == Place::kFreshProcesses;
+  std::printf("\n%-50s %8s %10s %10s %6s %6s%s\n", is_fresh ? "in fresh processes" : "work", "size",
+              "library", "reference", "ratio", "wanted", is_fresh ? "      faults reference" : "");
+  for (const Row& row : table) {
+    const std::string title = get_title(row.work.name, row.language, row.from, row.to);
+    if (!is_selected(title)) continue;
+    for (const Size& size : row.sizes) {
+      const std::string text = make_text_in(row.from, row.language, row.work.separator, size.bytes);
+      const size_t result_size = check(row, text);
+      const Comparison comparison =
+          is_fresh ? compare_in_fresh_processes(row, text) : compare_here(row, text);
+      print_ratio(title, size, comparison);
+      if (is_fresh) print_faults(comparison, result_size);
+      std::printf("\n");
+      std::fflush(stdout);
+    }
+  }
 }
 
 }  // namespace
 
+}  // namespace bench
+
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  const bool check = take_flag(argc, argv, "--check");
-  const bool quick = take_flag(argc, argv, "--quick");
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  bench::init_peers();
-  bench::add_body_rows();
-  bench::add_header_rows();
-  bench::add_one_shot_rows();
-  bench::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-
-  bench::print_overhead();
-  if (!quick) {
-    bench::print_memory();
-    bench::print_growth();
+  if (argc == 4 && std::strcmp(argv[1], bench::serve_option) == 0) {
+    bench::serve(argv[2], argv[3]);
+    return 0;
   }
-
+  bool is_checked = false;
+  bool is_quick = false;
+  std::regex filter("");
+  constexpr std::string_view filter_option = "--filter=";
+  for (const std::string_view argument : std::span(argv, static_cast<size_t>(argc)).subspan(1)) {
+    if (argument == "--check") {
+      is_checked = true;
+    } else if (argument == "--quick") {
+      is_quick = true;
+    } else if (argument.starts_with(filter_option)) {
+      filter = std::string(argument.substr(filter_option.size()));
+    } else {
+      std::fprintf(stderr, "options: --quick --check --filter=REGEX\n");
+      return 2;
+    }
+  }
+  const auto is_selected = [&](const std::string& title) {
+    return std::regex_search(title, filter);
+  };
+  g_mime_init();
+  bench::print_ratios(bench::rows, bench::Place::kHere, is_selected);
+  bench::print_ratios(bench::fresh_rows, bench::Place::kFreshProcesses, is_selected);
+  if (!is_quick) bench::print_growth(is_selected);
   std::printf("\nwanted figures missed: %d\n", bench::get_miss_count());
-  return check && bench::get_miss_count() != 0 ? 1 : 0;
+  return is_checked && bench::get_miss_count() != 0 ? 1 : 0;
 }

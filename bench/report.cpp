@@ -1,7 +1,9 @@
-#include "report.h"
-
-#include <cmath>
+// How results are written, and the count of what was missed.
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "bench.h"
 
 namespace bench {
 
@@ -9,52 +11,45 @@ namespace {
 
 int miss_count;
 
-std::string format(const char* pattern, double value, const char* unit) {
+std::string format(const char* pattern, double value) {
   char text[32];
-  std::snprintf(text, sizeof text, pattern, value, unit);
+  std::snprintf(text, sizeof text, pattern, value);
   return text;
 }
 
 }  // namespace
 
+void require(bool holds, const char* what) {
+  if (holds) return;
+  std::fprintf(stderr, "unusable: %s\n", what);
+  std::exit(2);
+}
+
+std::string get_title(const char* work, Language language, const char* from, const char* to) {
+  if (std::strcmp(from, to) == 0) return std::string(work) + ", " + get_name(language);
+  return std::string(work) + ", " + from + " to " + to;
+}
+
 std::string format_time(double seconds) {
-  if (seconds < 1e-6) return format("%.0f %s", seconds * 1e9, "ns");
-  if (seconds < 1e-3) return format("%.2f %s", seconds * 1e6, "us");
-  return format("%.2f %s", seconds * 1e3, "ms");
+  if (seconds < 1e-6) return format("%.0f ns", seconds * 1e9);
+  if (seconds < 1e-3) return format("%.2f us", seconds * 1e6);
+  return format("%.2f ms", seconds * 1e3);
 }
 
 std::string format_size(double bytes) {
-  constexpr double kib = 1024;
-  if (bytes < 4 * kib) return format("%.0f %s", bytes, "B");
-  if (bytes < kib * kib) return format("%.0f %s", bytes / kib, "KiB");
-  return format("%.0f %s", bytes / (kib * kib), "MiB");
+  if (bytes < 4 * kib) return format("%.0f B", bytes);
+  if (bytes < mib) return format("%.0f KiB", bytes / kib);
+  if (bytes < gib) return format("%.0f MiB", bytes / mib);
+  return format("%.1f GiB", bytes / gib);
 }
 
-const char* judge(bool holds) {
-  if (holds) return "ok";
+const char* judge(double measured, double wanted) {
+  if (wanted == unjudged) return "";
+  if (measured <= wanted) return "ok";
   ++miss_count;
   return "MISS";
 }
 
 int get_miss_count() { return miss_count; }
-
-bool RatioReporter::ReportContext(const Context& /*context*/) {
-  std::printf("%-48s %8s %10s %10s %6s %6s\n", "work", "size", "library", "reference", "ratio",
-              "wanted");
-  return true;
-}
-
-void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
-  for (const Run& run : runs) {
-    if (run.run_type != Run::RT_Iteration) continue;
-    const auto get = [&run](const char* name) { return run.counters.at(name).value; };
-    const std::string work = run.run_name.function_name;
-    std::printf("%-48s %8s %10s %10s %6.2f %6.2f %s\n", work.substr(0, work.rfind('/')).c_str(),
-                format_size(get("size")).c_str(), format_time(get("library")).c_str(),
-                format_time(get("reference")).c_str(), get("ratio"), get("wanted"),
-                judge(get("ratio") <= get("wanted")));
-    std::fflush(stdout);
-  }
-}
 
 }  // namespace bench

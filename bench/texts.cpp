@@ -1,9 +1,8 @@
-#include "texts.h"
-
+// The texts that are worked on.
 #include <array>
 #include <cstdint>
 
-#include "icu.h"
+#include "bench.h"
 
 namespace bench {
 
@@ -37,10 +36,10 @@ bool continues_character(char byte) { return (static_cast<unsigned char>(byte) &
 
 }  // namespace
 
-const char* get_name(Language language) { return names[static_cast<size_t>(language)]; }
+const char* get_name(Language language) { return names[language]; }
 
-std::string make_text(Language language, size_t size, const char* separator) {
-  const Sentences& choices = sentences[static_cast<size_t>(language)];
+std::string make_text(Language language, const char* separator, size_t size) {
+  const Sentences& choices = sentences[language];
   std::string text;
   text.reserve(size + 200);  // no growth: the peak of memory is measured with such a text
   for (uint32_t random = 1; text.size() <= size;) {
@@ -54,12 +53,12 @@ std::string make_text(Language language, size_t size, const char* separator) {
 }
 
 // No charset here needs more bytes for a text than UTF-8.
-std::string make_text_in(const char* charset, Language language, size_t size) {
-  IcuFloor converter("UTF-8", charset, 2 * size);
+std::string make_text_in(const char* charset, Language language, const char* separator,
+                         size_t size) {
   size_t utf8_size = size;
   for (;;) {
-    const std::string_view text = converter.convert(make_text(language, utf8_size));
-    if (text.size() + 2 > size) return std::string(text);
+    std::string text = convert("UTF-8", charset, make_text(language, separator, utf8_size));
+    if (text.size() + 2 > size) return text;
     utf8_size += size - text.size();
   }
 }

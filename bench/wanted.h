@@ -1,0 +1,99 @@
+// What is measured, and every figure that is wanted of it.
+#pragma once
+
+#include <vector>
+
+#include "bench.h"
+
+namespace bench {
+
+// The figures are for a Release build on a processor with AVX2. A build with Debian's flags may take
+// a little longer. Without vector code other figures stand for these, and only where they are given.
+inline constexpr double build_slack = QORVII18N_BENCH_RELEASE ? 1 : 1.15;
+inline constexpr bool has_vector_code = QORVII18N_BENCH_VECTOR;
+
+struct Size {
+  size_t bytes;              // of the text
+  double wanted = unjudged;  // time of the library / time of the reference
+  double wanted_without_vector_code = unjudged;
+};
+
+struct Row {
+  const Work& work;
+  Language language;
+  const char* from;
+  const char* to;
+  std::vector<Size> sizes;
+};
+
+inline const std::vector<Row> rows = {
+    {base64_body, kEnglish, "UTF-8", "UTF-8", {{64 * kib, .32, .95}, {8 * mib, .32, .95}}},
+    {quoted_printable_body, kEnglish, "UTF-8", "UTF-8", {{64 * kib, .14}}},
+    {quoted_printable_body, kGerman, "UTF-8", "UTF-8", {{64 * kib, .20, .45}, {8 * mib, .20, .45}}},
+    {quoted_printable_body, kJapanese, "UTF-8", "UTF-8", {{64 * kib, .26}}},
+    {chosen_quoted_printable_body, kEnglish, "UTF-8", "UTF-8", {{64 * kib, .15}}},
+    {chosen_base64_body, kJapanese, "UTF-8", "UTF-8", {{64 * kib, .36}}},
+    {converted_base64_body, kJapanese, "Shift_JIS", "ISO-2022-JP", {{64 * kib, 1.0}}},
+    {converted_quoted_printable_body,
+     kGerman,
+     "UTF-8",
+     "ISO-8859-1",
+     {{300, 1.4}, {64 * kib, .80}, {8 * mib, 1.10}}},
+    {converted_base64_body, kGerman, "ISO-8859-1", "UTF-8", {{64 * kib, .80}}},
+    {b_header, kGerman, "UTF-8", "UTF-8", {{40, .22}, {200, .20}, {4096, .18}}},
+    {b_header, kJapanese, "UTF-8", "UTF-8", {{40, .30}, {200, .36}, {4096, .42}}},
+    {q_header, kGerman, "UTF-8", "UTF-8", {{40, .36}, {200, .32}, {4096, .34}}},
+    {q_header, kJapanese, "UTF-8", "UTF-8", {{40, .45}, {200, .52}, {4096, .65}}},
+    {iconv_easy, kGerman, "UTF-8", "ISO-8859-1", {{64, .95}, {64 * kib, 1.05}}},
+    {iconv_easy, kGerman, "ISO-8859-1", "UTF-8", {{64, .95}, {64 * kib, 1.05}}},
+};
+
+// Each side in a process that does nothing else, so that its heap is as its own calls leave it.
+inline const std::vector<Size> one_shot_sizes = {
+    {64, 1.0}, {1000, 1.05}, {4096, 1.05}, {64 * kib, 1.05}};
+inline const std::vector<Row> fresh_rows = {
+    {iconv_easy_ex, kGerman, "UTF-8", "ISO-8859-1", one_shot_sizes},
+    {iconv_easy_ex, kGerman, "ISO-8859-1", "UTF-8", one_shot_sizes},
+    {iconv_easy_ex, kJapanese, "Shift_JIS", "UTF-8", one_shot_sizes},
+    {base64_body, kEnglish, "UTF-8", "UTF-8", {{300}, {64 * kib}, {8 * mib}}},
+    {quoted_printable_body, kGerman, "UTF-8", "UTF-8", {{300}, {64 * kib}, {8 * mib}}},
+    {converted_base64_body, kJapanese, "Shift_JIS", "ISO-2022-JP", {{300}, {64 * kib}, {8 * mib}}},
+    {converted_quoted_printable_body,
+     kGerman,
+     "UTF-8",
+     "ISO-8859-1",
+     {{300}, {64 * kib}, {8 * mib}}},
+};
+
+// Page faults of a call in such a process, beyond one for each page of its result. Half a fault is
+// none: a process has business of its own now and then.
+inline constexpr double wanted_faults = .5;
+
+// As the text grows, in steps of four times.
+inline constexpr size_t growth_smallest = kib;
+inline constexpr size_t growth_largest = gib;
+// Past this size, the time per byte stays within this factor...
+inline constexpr size_t time_settled = 64 * kib;
+inline constexpr double wanted_spread = 1.5;
+// ...and from this one on, the peak of memory is at most so many times text and result together.
+inline constexpr size_t peak_settled = mib;
+
+struct GrowthRow {
+  const Work& work;
+  const char* from;
+  const char* to;
+  double wanted_peak = unjudged;
+};
+
+inline const std::vector<GrowthRow> growth_rows = {
+    {base64_body, "UTF-8", "UTF-8", 2},
+    {quoted_printable_body, "UTF-8", "UTF-8", 2},
+    {converted_base64_body, "UTF-8", "ISO-8859-1", 2},
+    {converted_quoted_printable_body, "UTF-8", "ISO-8859-1", 2},
+    {b_header, "UTF-8", "UTF-8"},
+    {q_header, "UTF-8", "UTF-8"},
+    {iconv_easy, "UTF-8", "ISO-8859-1"},
+    {iconv_easy_ex, "UTF-8", "ISO-8859-1"},
+};
+
+}  // namespace bench

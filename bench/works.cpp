@@ -1,0 +1,88 @@
+// The functions of the library that are measured, each beside its reference.
+#include <qorvii18n/i18n_iconv.h>
+#include <qorvii18n/i18n_mime.h>
+
+#include "bench.h"
+
+namespace bench {
+
+namespace {
+
+template <auto encode>
+Function mime(const char* from, const char* to) {
+  return [=](const std::string& text) -> Output {
+    return {{encode(text.c_str(), from, to), i18n_mime_free}};
+  };
+}
+
+// Every text has bytes to escape and bytes that need none: 0 chooses base64, 1 quoted-printable.
+template <int threshold>
+Function mime_chosen(const char* from, const char* to) {
+  return [=](const std::string& text) -> Output {
+    return {
+        {i18n_mime_encode(text.c_str(), from, to, threshold, nullptr, nullptr), i18n_mime_free}};
+  };
+}
+
+Function easy(const char* from, const char* to) {
+  return [source = i18n_charset_open(from), target = i18n_charset_open(to)](const auto& text) {
+    int64_t size = 0;
+    char* bytes =
+        i18n_iconv_easy(source, text.data(), static_cast<int>(text.size()), target, nullptr, &size);
+    return Output{{bytes, i18n_iconv_free}, static_cast<size_t>(size)};
+  };
+}
+
+Function easy_ex(const char* from, const char* to) {
+  return [source = i18n_charset_open(from), target = i18n_charset_open(to)](const auto& text) {
+    char* bytes = nullptr;
+    size_t size = 0;
+    size_t error_position;
+    i18n_iconv_easy_ex(source, text.data(), text.size(), &error_position, target, &bytes, &size);
+    return Output{{bytes, i18n_iconv_free}, size};
+  };
+}
+
+// A reference that works on a text as it is, whatever its charset.
+template <Output (*encode)(const std::string&)>
+Function peer(const char* /*from*/, const char* /*to*/) {
+  return encode;
+}
+
+std::string keep(std::string_view output) { return std::string(output); }
+
+}  // namespace
+
+const Work base64_body = {"base64 body, names equal", "\n",
+                          mime<i18n_mime_encode_b64>, decode_base64,
+                          peer<encode_base64_lines>,  decode_base64};
+const Work quoted_printable_body = {"quoted-printable body, names equal",
+                                    "\n",
+                                    mime<i18n_mime_encode_qp>,
+                                    decode_quoted_printable,
+                                    peer<encode_quoted_printable>,
+                                    decode_quoted_printable};
+const Work chosen_base64_body = {
+    "chosen base64 body",      "\n",         mime_chosen<0>, decode_base64,
+    peer<encode_base64_lines>, decode_base64};
+const Work chosen_quoted_printable_body = {"chosen quoted-printable body",
+                                           "\n",
+                                           mime_chosen<1>,
+                                           decode_quoted_printable,
+                                           peer<encode_quoted_printable>,
+                                           decode_quoted_printable};
+const Work converted_base64_body = {"base64 body", "\n",          mime<i18n_mime_encode_b64>,
+                                    decode_base64, icu_in_chunks, keep};
+const Work converted_quoted_printable_body = {
+    "quoted-printable body", "\n",          mime<i18n_mime_encode_qp>,
+    decode_quoted_printable, icu_in_chunks, keep};
+const Work b_header = {
+    "B header",          " ",          mime<i18n_mime_encode_header_b64>, decode_header,
+    peer<encode_header>, decode_header};
+const Work q_header = {
+    "Q header",          " ",          mime<i18n_mime_encode_header_qp>, decode_header,
+    peer<encode_header>, decode_header};
+const Work iconv_easy = {"i18n_iconv_easy", "\n", easy, keep, icu_in_two_calls, keep};
+const Work iconv_easy_ex = {"i18n_iconv_easy_ex", "\n", easy_ex, keep, icu_with_offsets, keep};
+
+}  // namespace bench
