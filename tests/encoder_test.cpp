@@ -5,8 +5,6 @@
 
 #include "conversion/charset_to_charset_iter.h"
 #include "core/string_buffer.h"
-#include "i18n_mime_encoding/base64.h"
-#include "i18n_mime_encoding/escape_marks.h"
 #include "support/testing.h"
 
 namespace {
@@ -52,24 +50,6 @@ TEST(QPTable, OfTheCallerIsFilledOnlyWhenAsked) {
   EXPECT_EQ(kept.get_number_qp_encoded_bytes("xyz=="), 4);
   QPEncodingTable filled(entries, false);
   EXPECT_EQ(unmarked(kept), unmarked(QPBodyEncodingTable())) << "one table";
-}
-
-TEST(EscapeMarks, AreTheSameOneByteAtATimeOrThirtyTwo) {
-  char table[256];
-  unsigned char bytes[256];
-  for (int i = 0; i < 256; ++i) {
-    table[i] = static_cast<char>(i * i % 7 % 3);
-    bytes[i] = static_cast<unsigned char>(167 * i);
-  }
-  for (const int count : {0, 1, 31, 32, 33, 64, 100, 255, 256}) {
-    uint32_t one_by_one[8] = {};
-    mark_escapes_plain(one_by_one, table, bytes, count);
-    const EscapeMarks marks(table, bytes, bytes + count);
-    for (int i = 0; i < count; ++i) {
-      EXPECT_EQ(marks.get_from(bytes + i) & 1, one_by_one[i / 32] >> i % 32 & 1) << i;
-    }
-    EXPECT_TRUE(count % 32 == 0 || marks.get_from(bytes + count) == 0) << "past the end";
-  }
 }
 
 // One ready-made chunk, with characters as they are in UTF-8.
@@ -131,37 +111,10 @@ TEST(QPBodyEncoder, EscapesAndFolds) {
   });
 }
 
-// Bytes are looked at in stretches of sixteen, in steps of four.
-TEST(QPBodyEncoder, FindsAnEscapeAnywhere) {
-  for (int at = 0; at < 40; ++at) {
-    QPBodyEncoder encoder;
-    EXPECT_EQ(encode(encoder, x(at) + "=" + x(40 - at)), x(at) + "=3D" + x(40 - at));
-  }
-}
-
-TEST(Base64, WritesTheSameOneGroupAtATimeOrEight) {
-  const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  unsigned char bytes[3 * 64], *next = bytes;
-  std::string expected;
-  for (unsigned index = 0; index < 64; ++index) {  // a group that has four times the same index
-    const unsigned group = index << 18 | index << 12 | index << 6 | index;
-    for (const int shift : {16, 8, 0}) *next++ = static_cast<unsigned char>(group >> shift);
-    expected += std::string(4, alphabet[index]);
-  }
-  for (auto* put : {put_base64_groups_plain, put_base64_groups}) {
-    for (size_t count = 0; count <= 64; ++count) {
-      std::string text(4 * count, '?');
-      put(text.data(), bytes, count);
-      EXPECT_EQ(text, expected.substr(0, 4 * count));
-    }
-  }
-}
-
 TEST(B64BodyEncoder, DoesNotDependOnTheChunks) {
   expect_encoded<B64BodyEncoder, I18N_MIME_B64>(
       {{"|", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {"fooba", "Zm9vYmE="},
           {"fo|obar", "Zm9vYmFy"}, {"f||o|o|b", "Zm9vYg=="}, {"\xfb\xff\xfe", "+//+"}});
-  // More than is encoded at once.
   const std::string folded = repeat("eHh4", 19) + repeat("\r\n" + repeat("eHh4", 18), 8) + "\r\n" +
                              repeat("eHh4", 3) + "eHg=";
   for (size_t cut = 0; cut <= 500; ++cut) {

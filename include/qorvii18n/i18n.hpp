@@ -9,17 +9,12 @@
 #define QORVII18N_I18N_HPP
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include <qorvii18n/export.h>
 
 struct UConverter;
-
-namespace i18n_mime {
-class QPBodyEncoder;
-class B64BodyEncoder;
-class QPHeaderEncoder;
-}  // namespace i18n_mime
 
 namespace i18n {
 
@@ -114,7 +109,7 @@ class QORVII18N_EXPORT LineCycle : public Error {
   LineCycle& operator=(const LineCycle& other);
   virtual ~LineCycle();
 
-  bool is_legal() const;
+  bool is_legal() const;            // the strings leave room in max_length
   int get_num_bytes_avail() const;  // room for content on any line but the first
 
   // Announces num_bytes that the caller appends next. A piece that no line has room for is reported
@@ -124,26 +119,15 @@ class QORVII18N_EXPORT LineCycle : public Error {
   void close_cycle(StringBuffer<char>& buffer);  // ends the line with the suffix
 
  protected:
-  QORVII18N_NO_EXPORT void set_prefix(const std::string& prefix);
-
- private:
-  friend class i18n_mime::QPBodyEncoder;
-  friend class i18n_mime::B64BodyEncoder;
-  friend class i18n_mime::QPHeaderEncoder;
-
-  // For encoders that measure their pieces and put lines together before they append them: opens a
-  // line if none is open, tells what still fits on it, counts what went on it, and ends it at out
-  // and begins the next one. Returns the end of what it put there.
-  QORVII18N_NO_EXPORT void open_line(StringBuffer<char>& buffer);
-  QORVII18N_NO_EXPORT int get_room() const { return max_length - suffix_length - current_length; }
-  QORVII18N_NO_EXPORT void extend_line(int num_bytes) { current_length += num_bytes; }
-  QORVII18N_NO_EXPORT char* put_fold(char* out);
-
   std::int32_t current_length;
   std::int32_t max_length;
   bool first_line;
-  std::string fold;  // what stands between two lines: suffix, line break and prefix
+  // NUL-terminated.
+  std::unique_ptr<char[]> prefix;
+  std::int32_t prefix_length;
+  std::unique_ptr<char[]> suffix;
   std::int32_t suffix_length;
+  std::unique_ptr<char[]> line_break;
   std::int32_t line_break_length;
 };
 

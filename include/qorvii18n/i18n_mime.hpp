@@ -10,7 +10,6 @@
 #define QORVII18N_I18N_MIME_HPP
 
 #include <string>
-#include <string_view>
 
 #include <qorvii18n/export.h>
 #include <qorvii18n/i18n_mime.h>
@@ -100,7 +99,7 @@ class QORVII18N_EXPORT GenericEncoder {
   virtual i18n_mime_encoding_t get_encoding_type() const = 0;
 
  protected:
-  void set_ptrs(std::string_view chunk);  // chunk must outlive the use of position and end
+  void set_ptrs(const std::string& chunk);  // chunk must outlive the use of position and end
 
   const char* charset;
   const unsigned char* position;
@@ -123,9 +122,6 @@ class QORVII18N_EXPORT QPBodyEncoder : public GenericEncoder, private QPBodyEnco
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  QORVII18N_NO_EXPORT void append_lines(i18n::StringBuffer<char>& buffer,
-                                        const unsigned char* piece_end);
-
   i18n::LineCycle line_cycle;
 };
 
@@ -144,12 +140,8 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  QORVII18N_NO_EXPORT char* put_carried_group(char* out);
-  QORVII18N_NO_EXPORT void append_lines(i18n::StringBuffer<char>& buffer, const char* text,
-                                        const char* text_end);
-
   i18n::LineCycle line_cycle;
-  unsigned char carry[2];  // bytes of the last chunk that did not fill a group of three
+  char carry[3];  // a group that is not full yet
   int carry_size;
 };
 

@@ -12,7 +12,7 @@ int GenericEncoder::get_limit_byte_size() const { return -1; }
 
 void GenericEncoder::complete(i18n::StringBuffer<char>& /*buffer*/) {}
 
-void GenericEncoder::set_ptrs(std::string_view chunk) {
+void GenericEncoder::set_ptrs(const std::string& chunk) {
   position = reinterpret_cast<const unsigned char*>(chunk.data());
   end = position + chunk.size();
 }

@@ -6,7 +6,7 @@
 
 #include <qorvii18n/i18n_mime.hpp>
 
-#include "i18n_mime_encoding/qp_form.h"
+#include "transfer/qp_forms.h"
 
 namespace i18n_mime {
 
@@ -46,6 +46,11 @@ constexpr Table make_header_table() {
 constinit Table body_table = make_body_table();
 constinit Table header_table = make_header_table();
 
+size_t count_escapes(const char* table, const std::string& text) {
+  return transfer::count_escapes(table, reinterpret_cast<const unsigned char*>(text.data()),
+                                 text.size());
+}
+
 int saturate(size_t count) {
   return static_cast<int>(std::min<size_t>(count, std::numeric_limits<int>::max()));
 }
@@ -64,7 +69,9 @@ void QPEncodingTable::set_encode_char(unsigned char byte) { table[byte] = 1; }
 
 void QPEncodingTable::set_encode_chars(const char* bytes) { mark(table, bytes); }
 
-bool QPEncodingTable::should_encode(char byte) { return is_escaped(table, to_index(byte)); }
+bool QPEncodingTable::should_encode(char byte) {
+  return transfer::is_escaped(table, to_index(byte));
+}
 
 int QPEncodingTable::get_number_qp_encoded_bytes(const std::string& text) {
   return saturate(count_escapes(table, text));
