@@ -48,7 +48,6 @@ TEST(StringBuffer, KeepsAndTakesBackBytesAcrossBlocks) {
     i18n::StringBuffer<char> by_run(4), by_byte(4), by_string(4), by_block(4);
     by_run.add_str(text);
     by_run.add_bytes("ignored", -1);
-    by_string.reserve(text.size());
     for (const char byte : text) by_byte.add_char(byte);
     by_string.add_bytes(text.c_str());
     const char* position = text.c_str();
@@ -67,7 +66,13 @@ TEST(StringBuffer, KeepsAndTakesBackBytesAcrossBlocks) {
       buffer->add_str(text);  // the emptied blocks serve again
       buffer->add_char('!');  // and one that is exactly full leads on
       EXPECT_EQ(buffer->get_str(), text + "!");
-      EXPECT_EQ(buffer->release_c_string().get(), text + "!");
+      EXPECT_EQ(buffer->copy_content().get(), text + "!");
     }
   }
+}
+
+TEST(StringBuffer, DestroysAChainOfAnyLength) {
+  i18n::StringBuffer<char> buffer(1);
+  buffer.add_str(std::string(300'000, 'x'));
+  EXPECT_EQ(buffer.get_link_count(), 300'000);
 }

@@ -1,56 +1,57 @@
 #include "core/string_buffer.h"
 
 #include <algorithm>
-#include <new>
+#include <cstring>
+#include <utility>
 
 namespace i18n {
 
-BufferImpl<char>::BufferImpl(int block_bytes) : store(block_bytes), block_size(block_bytes) {
-  start();
+StrLink<char>::StrLink(int block_bytes)
+    : data(std::make_unique_for_overwrite<char[]>(static_cast<size_t>(block_bytes))),
+      prev(nullptr),
+      size(block_bytes) {}
+
+StrLink<char>* StrLink<char>::add_next() {
+  next = std::make_unique<StrLink>(size);
+  next->prev = this;
+  return next.get();
 }
 
-BufferImpl<char>::~BufferImpl() = default;
+BufferImpl<char>::BufferImpl(int block_bytes)
+    : write_pos(nullptr),
+      head(block_bytes),
+      current(&head),
+      link_count(1),
+      block_size(block_bytes) {
+  write_pos = head.data.get();
+}
 
-void BufferImpl<char>::start() {
-  head = current = store.add_link(nullptr);
-  link_count = 1;
-  write_pos = current->data;
+// Link by link: a long chain that destroyed itself recursively would exhaust the stack.
+BufferImpl<char>::~BufferImpl() {
+  auto rest = std::move(head.next);
+  while (rest) rest = std::move(rest->next);
 }
 
 StringBuffer<char>::StringBuffer(int block_bytes) : BufferImpl<char>(block_bytes) {}
 StringBuffer<char>::~StringBuffer() = default;
 
-void StringBuffer<char>::reserve(size_t bytes) {
-  if (get_size() != 0) return;
-  try {
-    const size_t blocks = bytes / static_cast<size_t>(block_size) + 1;
-    if (store.reserve(blocks)) start();
-  } catch (const std::bad_alloc&) {
-    // Blocks are then added as they are needed.
-  }
-}
-
-void StringBuffer<char>::add_char(char byte) {
-  if (get_room() == 0) next_block();
-  *write_pos++ = byte;
-  if (get_room() == 0) next_block();
+void StringBuffer<char>::add_bytes(const char* bytes, int length) {
+  if (length > 0) append(bytes, static_cast<size_t>(length));
 }
 
 void StringBuffer<char>::add_bytes(const char* text) { append(text, std::strlen(text)); }
 
 void StringBuffer<char>::add_str(const std::string& text) { append(text.data(), text.size()); }
 
-void StringBuffer<char>::append_across_blocks(const char* bytes, size_t length) {
-  do {
-    fill(bytes, length);
-  } while (length != 0);
-}
-
 void StringBuffer<char>::fill_block(const char*& bytes, int& length) {
   if (length <= 0) return;
   size_t left = static_cast<size_t>(length);
   fill(bytes, left);
   length = static_cast<int>(left);
+}
+
+void StringBuffer<char>::append(const char* bytes, size_t length) {
+  while (length != 0) fill(bytes, length);
 }
 
 void StringBuffer<char>::fill(const char*& bytes, size_t& length) {
@@ -63,18 +64,18 @@ void StringBuffer<char>::fill(const char*& bytes, size_t& length) {
 }
 
 void StringBuffer<char>::next_block() {
-  current = current->next != nullptr ? current->next : store.add_link(current);
-  write_pos = current->data;
+  current = current->next ? current->next.get() : current->add_next();
+  write_pos = current->data.get();
   ++link_count;
 }
 
 StrLink<char>* StringBuffer<char>::last_char(char*& at) {
-  if (write_pos != current->data) {
+  if (get_used() != 0) {
     at = write_pos - 1;
     return current;
   }
   StrLink<char>* previous = current->prev;
-  at = previous != nullptr ? previous->data + block_size - 1 : nullptr;
+  at = previous != nullptr ? previous->data.get() + block_size - 1 : nullptr;
   return previous;
 }
 
@@ -92,19 +93,15 @@ char* StringBuffer<char>::back_char() {
 
 std::string StringBuffer<char>::get_str() {
   std::string content(get_size(), '\0');
-  copy_content(content.data());
+  copy_to(content.data());
   return content;
 }
 
-CString StringBuffer<char>::release_c_string() {
-  const size_t size = get_size();
-  CString text = store.release_bytes(head, static_cast<size_t>(link_count));
-  if (!text) {
-    text = allocate_c_string(get_block_total() + 1);
-    copy_content(text.get());
-  }
-  text[size] = '\0';
-  return text;
+CString StringBuffer<char>::copy_content() const {
+  CString content = allocate_c_string(get_block_total() + 1);
+  copy_to(content.get());
+  content[get_size()] = '\0';
+  return content;
 }
 
 size_t StringBuffer<char>::get_size() const { return get_block_total() - get_room(); }
@@ -113,12 +110,12 @@ size_t StringBuffer<char>::get_block_total() const {
   return static_cast<size_t>(link_count) * static_cast<size_t>(block_size);
 }
 
-void StringBuffer<char>::copy_content(char* target) const {
-  for (const StrLink<char>* link = head; link != current; link = link->next) {
-    std::memcpy(target, link->data, static_cast<size_t>(block_size));
+void StringBuffer<char>::copy_to(char* target) const {
+  for (const StrLink<char>* link = &head; link != current; link = link->next.get()) {
+    std::memcpy(target, link->data.get(), static_cast<size_t>(block_size));
     target += block_size;
   }
-  std::memcpy(target, current->data, get_used());
+  std::memcpy(target, current->data.get(), get_used());
 }
 
 }  // namespace i18n

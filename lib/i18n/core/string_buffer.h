@@ -4,17 +4,31 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+#include <memory>
 #include <string>
 
-#include "core/block_store.h"
+#include "core/c_string.h"
 
 namespace i18n {
 
 template <class T>
+struct StrLink;
+template <class T>
 class BufferImpl;
 template <class T>
 class StringBuffer;
+
+// One block in the chain of blocks.
+template <>
+struct StrLink<char> {
+  explicit StrLink(int block_bytes);
+  StrLink* add_next();  // a block of the same size after this one
+
+  std::unique_ptr<char[]> data;
+  std::unique_ptr<StrLink> next;
+  StrLink* prev;
+  std::int32_t size;  // of data, in bytes
+};
 
 // The chain. Every link before `current` is full; links after it hold nothing and are reused.
 template <>
@@ -26,11 +40,8 @@ class BufferImpl<char> {
   virtual ~BufferImpl();
 
  protected:
-  void start();  // over, with a block from the store
-
-  BlockStore store;
   char* write_pos;
-  StrLink<char>* head;
+  StrLink<char> head;
   StrLink<char>* current;
   std::int32_t link_count;  // from head to current, both included
   std::int32_t block_size;
@@ -50,16 +61,14 @@ class StringBuffer<char> : public BufferImpl<char>, public Buffer<std::string> {
   explicit StringBuffer(int block_bytes);
   ~StringBuffer() override;
 
-  // Prepares an empty buffer for that much content; does nothing to another one. Content that keeps
-  // within it, and has no room in the buffer as it was made, is in one piece of memory that can be
-  // handed out without a copy.
-  void reserve(size_t bytes);
-
-  void add_char(char byte);
-  void add_bytes(const char* bytes, int length) {  // nothing when length is below 1
-    if (length > 0) append(bytes, static_cast<size_t>(length));
+  // A block that a byte fills is left at once, one that a run fills only when more comes.
+  void add_char(char byte) {
+    if (get_room() == 0) next_block();
+    *write_pos++ = byte;
+    if (get_room() == 0) next_block();
   }
-  void add_bytes(const char* text);  // NUL-terminated
+  void add_bytes(const char* bytes, int length);  // nothing when length is below 1
+  void add_bytes(const char* text);               // NUL-terminated
   void add_str(const std::string& text) override;
   std::string get_str() override;
 
@@ -75,22 +84,17 @@ class StringBuffer<char> : public BufferImpl<char>, public Buffer<std::string> {
   char* back_char();
 
   std::int32_t get_link_count() const { return link_count; }
-  size_t get_size() const;  // bytes of content
-  // The content as a NUL-terminated string. The buffer can only be destroyed after that.
-  CString release_c_string();
+  // The content as a new NUL-terminated string.
+  CString copy_content() const;
 
  private:
-  void append(const char* bytes, size_t length) {
-    if (length > get_room()) return append_across_blocks(bytes, length);
-    std::memcpy(write_pos, bytes, length);
-    write_pos += length;
-  }
-  void append_across_blocks(const char* bytes, size_t length);
+  void append(const char* bytes, size_t length);
   void fill(const char*& bytes, size_t& length);
-  size_t get_block_total() const;  // bytes of the blocks up to the current one
-  void copy_content(char* target) const;
-  size_t get_used() const { return static_cast<size_t>(write_pos - current->data); }
+  void copy_to(char* target) const;
+  size_t get_used() const { return static_cast<size_t>(write_pos - current->data.get()); }
   size_t get_room() const { return static_cast<size_t>(block_size) - get_used(); }
+  size_t get_size() const;         // bytes of content
+  size_t get_block_total() const;  // bytes of the blocks up to the current one
 };
 
 }  // namespace i18n

@@ -35,13 +35,12 @@ class ConverterEncoder : public Processor {
   }
 
   void borrow_in_str(std::string_view input) override {
-    if (is_error()) return;
-    if (encoder && input.size() > short_input) buffer.reserve(estimate_output(input));
-    iter->borrow_in_str(input);
+    if (is_ok()) iter->borrow_in_str(input);
   }
 
   void process() override {
-    if (is_error() || !limit_chunks()) return;
+    if (is_error() || is_processed || !limit_chunks()) return;
+    is_processed = true;
     do {
       iter->next_chunk();
       encoder->encode(*iter, buffer);
@@ -57,8 +56,9 @@ class ConverterEncoder : public Processor {
   const GenericEncoder* get_encoder() const { return encoder.get(); }
 
  protected:
-  std::unique_ptr<i18n::CharsetToCharsetIterPrototype> iter;
+  // Destroyed from the last to the first, and the buffer after them.
   std::unique_ptr<GenericEncoder> encoder;
+  std::unique_ptr<i18n::CharsetToCharsetIterPrototype> iter;
 
  private:
   // An encoder whose words have no room for any text would never get to the end of it.
@@ -74,27 +74,9 @@ class ConverterEncoder : public Processor {
     return true;
   }
 
-  // The size of a body, a little too large as a rule, if conversion leaves the size of the text as it
-  // is and its beginning is like the rest of it. The words of a long header take more: the buffer
-  // then grows.
-  size_t estimate_output(std::string_view input) const {
-    constexpr size_t base64_line = 72;
-    constexpr size_t qp_line = 73;
-    constexpr size_t sample_size = 2048;
-    if (encoder->get_encoding_type() == I18N_MIME_B64) {
-      const size_t chars = (input.size() / 3 + 1) * 4;
-      return chars + chars / base64_line * 2;
-    }
-    const std::string sample(input.substr(0, sample_size));
-    const auto sample_forms =
-        static_cast<size_t>(QPBodyEncodingTable().get_byte_size_qp_encoded_str(sample));
-    const size_t chars = input.size() / (sample.size() + 1) * sample_forms + sample_forms;
-    return chars + chars / qp_line * 4;
-  }
-
   static constexpr int no_limit = -1;
-  // The output of most inputs of this size has room in the buffer as it is made.
-  static constexpr size_t short_input = 256;
+
+  bool is_processed = false;
 };
 
 // One whose encoder is known from the start.

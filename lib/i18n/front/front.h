@@ -1,8 +1,7 @@
 // What a C function puts on its stack: one conversion that falls back to a copy of the input.
 #pragma once
 
-#include <memory>
-#include <utility>
+#include <optional>
 
 #include "conversion/chunk_sizes.h"
 #include "core/c_string.h"
@@ -10,60 +9,72 @@
 #include "front/converter_encoder.h"
 #include "front/encoding_chooser.h"
 
+// What all of them do.
 class Duplicator {
  public:
-  explicit Duplicator(std::unique_ptr<i18n_mime::Processor> owned) : processor(std::move(owned)) {}
+  Duplicator() = default;
   Duplicator(const Duplicator&) = delete;
   Duplicator& operator=(const Duplicator&) = delete;
   virtual ~Duplicator() = default;
 
   // The encoded text, or a copy of the text when there is no processor or it fails.
   char* encode_or_copy(const char* text) {
-    if (processor) {
+    if (i18n_mime::Processor* processor = get_processor()) {
       if (char* result = processor->convert(text)) return result;
     }
     return i18n::copy_c_string(text).release();
   }
 
- protected:
-  std::unique_ptr<i18n_mime::Processor> processor;
+ private:
+  virtual i18n_mime::Processor* get_processor() = 0;  // null when there is no target charset
 };
 
+// Both charsets are given, and the encoding, too.
 template <class ConvEncoder>
 class PlainConverterEncoder : public Duplicator {
  public:
   PlainConverterEncoder(const char* from, const char* to)
-      : Duplicator(std::make_unique<ConvEncoder>(from, to, i18n::chunk_bytes)) {}
+      : converter_encoder(from, to, i18n::chunk_bytes) {}
+
+ private:
+  i18n_mime::Processor* get_processor() override { return &converter_encoder; }
+
+  ConvEncoder converter_encoder;
 };
 
-// From ICU's default charset to the mail charset that the finder has for it, if any.
+// The encoding is given. The charsets are ICU's default and the mail charset that the finder has for
+// it, if any.
 template <class ConvEncoder, class Finder>
 class EasyEncoder : public Duplicator, public Finder {
  public:
   // to_charset_out receives the mail charset's name, which belongs to the finder's table.
-  explicit EasyEncoder(const char** to_charset_out = nullptr)
-      : Duplicator(nullptr), Finder(nullptr) {
+  explicit EasyEncoder(const char** to_charset_out = nullptr) : Finder(nullptr) {
     if (this->to_charset != nullptr) {
-      this->processor =
-          std::make_unique<ConvEncoder>(this->from_charset, this->to_charset, i18n::chunk_bytes);
+      converter_encoder.emplace(this->from_charset, this->to_charset, i18n::chunk_bytes);
     }
     if (to_charset_out != nullptr) *to_charset_out = this->to_charset;
   }
+
+ private:
+  i18n_mime::Processor* get_processor() override {
+    return converter_encoder ? &*converter_encoder : nullptr;
+  }
+
+  std::optional<ConvEncoder> converter_encoder;
 };
 
-// To the charset given, or else to the mail charset that the finder has for the source.
+// The encoding is chosen. The source charset is the one given or else ICU's default, the target the
+// one given or else the mail charset that the finder has for the source, if any.
 template <class Chooser, class Finder>
 class PlainEncoderChooser : public Duplicator, public Finder {
  public:
   PlainEncoderChooser(const char* from, const char* to, double threshold,
                       i18n_mime_encoding_t* chosen_out)
-      : Duplicator(nullptr), Finder(from), encoding_out(chosen_out), chooser(nullptr) {
+      : Finder(from), encoding_out(chosen_out) {
     if (to != nullptr) this->to_charset = to;
-    if (this->to_charset == nullptr) return;
-    auto owned = std::make_unique<Chooser>(this->from_charset, this->to_charset, threshold,
-                                           i18n::chunk_bytes);
-    chooser = owned.get();
-    this->processor = std::move(owned);
+    if (this->to_charset != nullptr) {
+      chooser.emplace(this->from_charset, this->to_charset, threshold, i18n::chunk_bytes);
+    }
   }
 
   char* encode(const char* text) {
@@ -73,11 +84,13 @@ class PlainEncoderChooser : public Duplicator, public Finder {
   }
 
  private:
+  i18n_mime::Processor* get_processor() override { return chooser ? &*chooser : nullptr; }
+
   i18n_mime_encoding_t get_chosen_encoding() const {
-    if (chooser == nullptr || chooser->get_encoder() == nullptr) return I18N_MIME_NONE;
+    if (!chooser || chooser->get_encoder() == nullptr) return I18N_MIME_NONE;
     return chooser->get_encoder()->get_encoding_type();
   }
 
   i18n_mime_encoding_t* encoding_out;
-  Chooser* chooser;  // the processor
+  std::optional<Chooser> chooser;
 };

@@ -12,7 +12,7 @@ Processor::~Processor() = default;
 char* Processor::get_result() {
   process();
   if (is_error()) return nullptr;
-  return buffer.release_c_string().release();
+  return buffer.copy_content().release();
 }
 
 char* Processor::convert(const char* input) {
