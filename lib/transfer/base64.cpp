@@ -43,7 +43,8 @@ char* put_line_break(char* out) {
 }  // namespace
 
 char* put_base64(char* out, const unsigned char* bytes, size_t size) {
-  size_t done = has_avx2() ? put_base64_avx2(out, bytes, size) : 0;
+  const bool is_worth_a_look = size > 8 * group_bytes;
+  size_t done = is_worth_a_look && has_avx2() ? put_base64_avx2(out, bytes, size) : 0;
   out += done / group_bytes * group_chars;
   for (; size - done >= group_bytes; done += group_bytes) {
     out = put_group(out, bytes[done], bytes[done + 1], bytes[done + 2]);

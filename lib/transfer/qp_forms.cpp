@@ -41,13 +41,14 @@ size_t count_in_eight(const char* table, const unsigned char* bytes) {
 
 size_t count_escapes(const char* table, const unsigned char* bytes, size_t size) {
   size_t count = 0;
-  size_t done = has_avx2() ? count_escapes_avx2(table, bytes, size, count) : 0;
+  size_t done =
+      size >= vector_stretch && has_avx2() ? count_escapes_avx2(table, bytes, size, count) : 0;
   for (; done != size; ++done) count += is_escaped(table, bytes[done]);
   return count;
 }
 
 char* put_forms(char* out, const char* table, const unsigned char* bytes, size_t size) {
-  size_t done = has_avx2() ? put_forms_avx2(out, table, bytes, size) : 0;
+  size_t done = size >= vector_stretch && has_avx2() ? put_forms_avx2(out, table, bytes, size) : 0;
   for (; size - done >= 8; done += 8) {
     if (count_in_eight(table, bytes + done) == 0) {
       std::memcpy(out, bytes + done, 8);

@@ -11,7 +11,7 @@ namespace transfer {
 
 namespace {
 
-constexpr size_t stretch = 32;
+constexpr size_t stretch = vector_stretch;
 
 // A bit for each byte value, eight values in a byte, those below 0x80 and the others apart.
 struct ByteSet {
@@ -65,42 +65,55 @@ constexpr std::array<Shuffle, 16> make_shuffles() {
 }
 constexpr std::array<Shuffle, 16> shuffles = make_shuffles();
 
-constexpr std::array<std::uint8_t, 16> make_sizes() {
-  std::array<std::uint8_t, 16> sizes{};
-  for (unsigned escapes = 0; escapes < sizes.size(); ++escapes) {
-    sizes[escapes] = static_cast<std::uint8_t>(4 + 2 * std::popcount(escapes));
+AVX2 __m256i get_shuffle(unsigned low_escapes, unsigned high_escapes) {
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(load_16(shuffles[low_escapes].data())),
+                                 load_16(shuffles[high_escapes].data()), 1);
+}
+
+// Both halves of 32 bytes at once, each by four groups of four.
+AVX2 char* put_stretch(char* out, __m256i bytes, std::uint32_t escapes) {
+  const __m256i all_digits = _mm256_broadcastsi128_si256(_mm_setr_epi8(
+      '0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'));
+  const __m256i nibble = _mm256_set1_epi8(15);
+  const __m256i first =
+      _mm256_shuffle_epi8(all_digits, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), nibble));
+  const __m256i second = _mm256_shuffle_epi8(all_digits, _mm256_and_si256(bytes, nibble));
+  const __m256i marks = _mm256_set1_epi8('=');
+  const __m256i low_front = _mm256_unpacklo_epi32(bytes, first);
+  const __m256i low_back = _mm256_unpacklo_epi32(second, marks);
+  const __m256i high_front = _mm256_unpackhi_epi32(bytes, first);
+  const __m256i high_back = _mm256_unpackhi_epi32(second, marks);
+  const __m256i groups[] = {
+      _mm256_unpacklo_epi64(low_front, low_back), _mm256_unpackhi_epi64(low_front, low_back),
+      _mm256_unpacklo_epi64(high_front, high_back), _mm256_unpackhi_epi64(high_front, high_back)};
+
+  constexpr unsigned half = stretch / 2;
+  const auto size_of = [](unsigned count, std::uint32_t marked) AVX2 {
+    return count + (escape_size - 1) * static_cast<unsigned>(std::popcount(marked));
+  };
+  char* const second_out = out + size_of(half, escapes & 0xffff);
+  const std::uint32_t later = escapes >> half;
+  __m256i forms[4];
+  for (unsigned i = 0; i < 4; ++i) {
+    const __m256i shuffle = get_shuffle(escapes >> 4 * i & 15, later >> 4 * i & 15);
+    forms[i] = _mm256_shuffle_epi8(groups[i], shuffle);
   }
-  return sizes;
-}
-constexpr std::array<std::uint8_t, 16> sizes = make_sizes();
-
-AVX2 char* put_four(char* out, __m128i characters, unsigned escapes) {
-  store_16(out, _mm_shuffle_epi8(characters, load_16(shuffles[escapes].data())));
-  return out + sizes[escapes];
-}
-
-AVX2 char* put_sixteen(char* out, __m128i bytes, unsigned escapes) {
-  const __m128i digits =
-      _mm_setr_epi8('0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F');
-  const __m128i nibble = _mm_set1_epi8(15);
-  const __m128i first = _mm_shuffle_epi8(digits, _mm_and_si128(_mm_srli_epi16(bytes, 4), nibble));
-  const __m128i second = _mm_shuffle_epi8(digits, _mm_and_si128(bytes, nibble));
-  const __m128i marks = _mm_set1_epi8('=');
-  const __m128i low_front = _mm_unpacklo_epi32(bytes, first);
-  const __m128i low_back = _mm_unpacklo_epi32(second, marks);
-  const __m128i high_front = _mm_unpackhi_epi32(bytes, first);
-  const __m128i high_back = _mm_unpackhi_epi32(second, marks);
-  out = put_four(out, _mm_unpacklo_epi64(low_front, low_back), escapes & 15);
-  out = put_four(out, _mm_unpackhi_epi64(low_front, low_back), escapes >> 4 & 15);
-  out = put_four(out, _mm_unpacklo_epi64(high_front, high_back), escapes >> 8 & 15);
-  return put_four(out, _mm_unpackhi_epi64(high_front, high_back), escapes >> 12 & 15);
+  // Each store reaches over what comes after it, so they go from front to back.
+  for (unsigned i = 0; i < 4; ++i) {
+    const std::uint32_t before = (1u << 4 * i) - 1;
+    store_16(out + size_of(4 * i, escapes & before), _mm256_castsi256_si128(forms[i]));
+  }
+  for (unsigned i = 0; i < 4; ++i) {
+    const std::uint32_t before = (1u << 4 * i) - 1;
+    store_16(second_out + size_of(4 * i, later & before), _mm256_extracti128_si256(forms[i], 1));
+  }
+  return second_out + size_of(half, later);
 }
 
 }  // namespace
 
 AVX2 size_t count_escapes_avx2(const char* table, const unsigned char* bytes, size_t size,
                                size_t& count) {
-  if (size < stretch) return 0;
   const ByteSet set = make_escape_set(table);
   size_t done = 0;
   for (; size - done >= stretch; done += stretch) {
@@ -110,7 +123,6 @@ AVX2 size_t count_escapes_avx2(const char* table, const unsigned char* bytes, si
 }
 
 AVX2 size_t put_forms_avx2(char*& out, const char* table, const unsigned char* bytes, size_t size) {
-  if (size < stretch) return 0;
   const ByteSet set = make_escape_set(table);
   size_t done = 0;
   for (; size - done >= stretch; done += stretch) {
@@ -121,8 +133,7 @@ AVX2 size_t put_forms_avx2(char*& out, const char* table, const unsigned char* b
       out += stretch;
       continue;
     }
-    out = put_sixteen(out, _mm256_castsi256_si128(text), escapes & 0xffff);
-    out = put_sixteen(out, _mm256_extracti128_si256(text, 1), escapes >> 16);
+    out = put_stretch(out, text, escapes);
   }
   return done;
 }

@@ -15,6 +15,9 @@ size_t put_base64_avx2(char* out, const unsigned char* bytes, size_t size);
 // All whole lines, of 48 to 72 bytes, each with CR LF behind it.
 size_t put_base64_lines_avx2(char* out, const unsigned char* bytes, size_t size, size_t line_bytes);
 
+// Of less than this, the next two do nothing.
+constexpr size_t vector_stretch = 32;
+
 // Adds to count.
 size_t count_escapes_avx2(const char* table, const unsigned char* bytes, size_t size,
                           size_t& count);
