@@ -8,6 +8,7 @@
 
 #include "fast/body.h"
 #include "fast/header.h"
+#include "fast/iso_2022_jp.h"
 #include "fast/pieces.h"
 
 namespace fast {
@@ -25,6 +26,22 @@ bool is_cuttable(const char* table) {
   const auto escapes = [](char entry) { return entry == 1; };
   return escapes(table[static_cast<size_t>('=')]) &&
          std::all_of(table + 0x80, table + 0x100, escapes);
+}
+
+// How many bytes of a text must be escaped; of a long one, about how many, and rather more, by what 64
+// samples of it have: memory is read no more often than it must be.
+size_t estimate_escapes(const char* table, Bytes text) {
+  constexpr size_t samples = 64;
+  constexpr size_t sample_size = 1024;
+  if (text.size() < 4 * samples * sample_size) {
+    return transfer::count_escapes(table, text.data(), text.size());
+  }
+  const size_t step = text.size() / samples;
+  size_t escapes = 0;
+  for (size_t i = 0; i < samples; ++i) {
+    escapes += transfer::count_escapes(table, text.data() + i * step, sample_size);
+  }
+  return escapes * step / sample_size + text.size() / samples;
 }
 
 template <class Body>
@@ -46,19 +63,24 @@ i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text) {
   if (!is_cuttable(table.get())) return nullptr;
   // What conversion adds to a text, or takes from it, are bytes that are not ASCII: escapes.
   const size_t size = pieces.get_expected_size();
-  const size_t escapes =
-      transfer::count_escapes(table.get(), text.data(), text.size()) + size - text.size();
+  const size_t escapes = estimate_escapes(table.get(), text) + size - text.size();
   const size_t forms = size + (transfer::escape_size - 1) * escapes;
   Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
   QuotedPrintableBody body(table.get(), output);
   return put_body(pieces, body) ? output.release() : nullptr;
 }
 
+i18n::CString encode_pieces(i18n_mime_encoding_t encoding, Pieces& pieces, Bytes text) {
+  return encoding == I18N_MIME_QP ? encode_quoted_printable(pieces, text) : encode_base64(pieces);
+}
+
 i18n::CString encode_body(const Work& work, Bytes text) {
-  const std::unique_ptr<Pieces> pieces = open_pieces(work.from_charset, work.to_charset, text);
-  if (pieces == nullptr) return nullptr;
-  return work.encoding == I18N_MIME_QP ? encode_quoted_printable(*pieces, text)
-                                       : encode_base64(*pieces);
+  for (const auto& open : {open_iso_2022_jp, open_pieces}) {
+    const std::unique_ptr<Pieces> pieces = open(work.from_charset, work.to_charset, text);
+    i18n::CString mail = pieces ? encode_pieces(work.encoding, *pieces, text) : nullptr;
+    if (mail) return mail;
+  }
+  return nullptr;
 }
 
 i18n::CString encode_header(const Work& work, Bytes text) {

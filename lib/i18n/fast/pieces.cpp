@@ -94,12 +94,26 @@ struct Charset {
   Kind kind;
 };
 
-bool has_options(const char* name) { return std::strchr(name, ',') != nullptr; }
-
 bool is_unchanged(Kind from, Kind to, Bytes text) {
   if (from == to && to == Kind::kUtf8) return is_utf8(text);
   if (from == to && to == Kind::kLatin1) return true;
   return is_ascii(text);
+}
+
+std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
+  if (from == Kind::kUtf8 && to == Kind::kLatin1) {
+    return std::make_unique<DirectPieces>(utf8_to_latin1, text, get_latin1_size(text));
+  }
+  if (from == Kind::kLatin1 && to == Kind::kUtf8) {
+    return std::make_unique<DirectPieces>(latin1_to_utf8, text, get_utf8_size(text));
+  }
+  if (is_unchanged(from, to, text)) return std::make_unique<WholeText>(text);
+  return nullptr;
+}
+
+std::unique_ptr<Pieces> open_with_icu(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text) {
+  if (!is_independent(from.get()) || !is_independent(to.get())) return nullptr;
+  return std::make_unique<IcuPieces>(std::move(from), std::move(to), text);
 }
 
 }  // namespace
@@ -110,27 +124,17 @@ bool is_utf8_name(const char* charset) {
                      [charset](const char* name) { return std::strcmp(charset, name) == 0; });
 }
 
+bool has_options(const char* charset) { return std::strchr(charset, ',') != nullptr; }
+
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text) {
   if (std::strcmp(from_charset, to_charset) == 0) return std::make_unique<WholeText>(text);
   if (has_options(from_charset) || has_options(to_charset)) return nullptr;
   Charset from(from_charset), to(to_charset);
   if (!from.is_open || !to.is_open) return nullptr;
   if (from.kind != Kind::kOther && to.kind != Kind::kOther) {
-    if (from.kind == Kind::kUtf8 && to.kind == Kind::kLatin1) {
-      return std::make_unique<DirectPieces>(utf8_to_latin1, text, get_latin1_size(text));
-    }
-    if (from.kind == Kind::kLatin1 && to.kind == Kind::kUtf8) {
-      return std::make_unique<DirectPieces>(latin1_to_utf8, text, get_utf8_size(text));
-    }
-    if (is_unchanged(from.kind, to.kind, text)) return std::make_unique<WholeText>(text);
-    return nullptr;
+    return open_direct(from.kind, to.kind, text);
   }
-  i18n::ConverterPtr from_converter = from.take_converter(), to_converter = to.take_converter();
-  if (!IcuPieces::is_independent(from_converter.get()) ||
-      !IcuPieces::is_independent(to_converter.get())) {
-    return nullptr;
-  }
-  return std::make_unique<IcuPieces>(std::move(from_converter), std::move(to_converter), text);
+  return open_with_icu(from.take_converter(), to.take_converter(), text);
 }
 
 }  // namespace fast

@@ -27,6 +27,9 @@ class Pieces {
 // Null when the fast road does not go from one of these charsets to the other.
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text);
 
+// Names with options are left to the exact road.
+bool has_options(const char* charset);
+
 // ICU takes these spellings for UTF-8 without looking them up.
 bool is_utf8_name(const char* charset);
 

@@ -1,0 +1,164 @@
+#include "fast/iso_2022_jp.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "charset/converter.h"
+#include "fast/unit_reader.h"
+
+namespace fast {
+
+namespace {
+
+constexpr char canonical_name[] = "ISO_2022,locale=ja,version=0";
+constexpr std::string_view to_jis = "\x1b$B";
+constexpr std::string_view to_ascii = "\x1b(B";
+
+// For each UTF-16 unit its code: ASCII as it is, JIS X 0208 as two bytes, 0 for all else. Entries
+// are made of what ICU's converter writes, and only where it writes the same in both states.
+class Codes {
+ public:
+  Codes() : codes(0x10000) {
+    const i18n::ConverterPtr converter = i18n::open_plain_converter(canonical_name);
+    if (!converter) return;
+    i18n::make_strict(converter.get());
+    for (char16_t unit = 0; unit < 0x80; ++unit) {
+      if (unit != 0x0e && unit != 0x0f && unit != 0x1b) add(converter.get(), unit, unit);
+    }
+    for (unsigned first = 0x21; first <= 0x7e; ++first) {
+      for (unsigned second = 0x21; second <= 0x7e; ++second) {
+        const char jis[] = {'\x1b', '$', 'B', static_cast<char>(first), static_cast<char>(second)};
+        UErrorCode status = U_ZERO_ERROR;
+        char16_t unit[2];
+        const int32_t count = ucnv_toUChars(converter.get(), unit, 2, jis, sizeof jis, &status);
+        const bool is_one = U_SUCCESS(status) && count == 1;
+        if (is_one) add(converter.get(), unit[0], static_cast<std::uint16_t>(first << 8 | second));
+      }
+    }
+  }
+
+  std::uint16_t operator[](char16_t unit) const { return codes[unit]; }
+
+  static bool is_jis(std::uint16_t code) { return code >= 0x100; }
+
+ private:
+  static std::string put(std::uint16_t code) {
+    if (!is_jis(code)) return {static_cast<char>(code)};
+    return {static_cast<char>(code >> 8), static_cast<char>(code & 0xff)};
+  }
+
+  // The unit must give this code between ASCII and between characters of JIS X 0208.
+  void add(UConverter* converter, char16_t unit, std::uint16_t code) {
+    constexpr char16_t kanji = 0x4e9c;
+    constexpr std::string_view kanji_code = "0!";
+    const auto join = [](std::initializer_list<std::string_view> parts) {
+      std::string text;
+      for (const std::string_view part : parts) text += part;
+      return text;
+    };
+    const std::string text = put(code);
+    const bool jis = is_jis(code);
+    const std::string in_ascii =
+        jis ? join({"a", to_jis, text, to_ascii, "a"}) : join({"a", text, "a"});
+    const std::string in_jis =
+        jis ? join({to_jis, kanji_code, text, kanji_code, to_ascii})
+            : join({to_jis, kanji_code, to_ascii, text, to_jis, kanji_code, to_ascii});
+    const bool is_certain = encode(converter, {{u'a', unit, u'a'}}) == in_ascii &&
+                            encode(converter, {{kanji, unit, kanji}}) == in_jis;
+    if (is_certain) codes[unit] = code;
+  }
+
+  static std::string encode(UConverter* converter, const std::array<char16_t, 3>& units) {
+    UErrorCode status = U_ZERO_ERROR;
+    char bytes[32];
+    const int32_t size = ucnv_fromUChars(converter, bytes, sizeof bytes, units.data(),
+                                         static_cast<int32_t>(units.size()), &status);
+    return U_SUCCESS(status) ? std::string(bytes, static_cast<size_t>(size)) : std::string();
+  }
+
+  std::vector<std::uint16_t> codes;
+};
+
+const Codes& get_codes() {
+  static const Codes codes;
+  return codes;
+}
+
+unsigned char* put(unsigned char* out, std::string_view text) {
+  return std::copy(text.begin(), text.end(), out);
+}
+
+class Iso2022JpPieces final : public Pieces {
+ public:
+  Iso2022JpPieces(i18n::ConverterPtr from_charset, Bytes text)
+      : reader(std::move(from_charset), text), expected_size(text.size() + text.size() / 8) {}
+
+  Bytes next() override {
+    unsigned char* out = bytes;
+    while (out == bytes && !reader.has_read_all()) {
+      out = write(out, reader.read());
+      failed = out == nullptr || reader.has_failed();
+      if (failed) return {};
+      if (reader.has_read_all() && is_in_jis) out = put(out, to_ascii);
+    }
+    return {bytes, out};
+  }
+  bool has_failed() const override { return failed; }
+  size_t get_expected_size() const override { return expected_size; }
+
+ private:
+  // An escape sequence and a character of two bytes for each unit, and a sequence at the end.
+  static constexpr size_t byte_count =
+      UnitReader::unit_count * (to_jis.size() + 2) + to_ascii.size();
+
+  // Null when there is no code for a unit.
+  unsigned char* write(unsigned char* out, std::u16string_view units) {
+    for (const char16_t unit : units) {
+      const std::uint16_t code = codes[unit];
+      if (code == 0) return nullptr;
+      const bool is_jis = Codes::is_jis(code);
+      if (is_jis != is_in_jis) out = put(out, is_jis ? to_jis : to_ascii);
+      is_in_jis = is_jis;
+      if (is_jis) *out++ = static_cast<unsigned char>(code >> 8);
+      *out++ = static_cast<unsigned char>(code & 0xff);
+    }
+    return out;
+  }
+
+  const Codes& codes = get_codes();
+  UnitReader reader;
+  size_t expected_size;
+  bool is_in_jis = false;  // the text written so far ends shifted
+  bool failed = false;
+  unsigned char bytes[byte_count];
+};
+
+bool is_iso_2022_jp(const UConverter* converter) {
+  UErrorCode status = U_ZERO_ERROR;
+  const char* name = ucnv_getName(converter, &status);
+  return name != nullptr && std::strcmp(name, canonical_name) == 0;
+}
+
+}  // namespace
+
+std::unique_ptr<Pieces> open_iso_2022_jp(const char* from_charset, const char* to_charset,
+                                         Bytes text) {
+  constexpr size_t least_size = 16384;
+  if (text.size() < least_size || has_options(from_charset) || has_options(to_charset)) {
+    return nullptr;
+  }
+  const i18n::ConverterPtr to = i18n::open_plain_converter(to_charset);
+  if (!to || !is_iso_2022_jp(to.get())) return nullptr;
+  i18n::ConverterPtr from = i18n::open_plain_converter(from_charset);
+  if (!from || !is_independent(from.get())) return nullptr;
+  return std::make_unique<Iso2022JpPieces>(std::move(from), text);
+}
+
+}  // namespace fast

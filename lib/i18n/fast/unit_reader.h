@@ -1,0 +1,38 @@
+// The first half of a conversion: bytes of a charset to UTF-16, by ICU, a piece at a time.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include <unicode/ucnv.h>
+
+#include "charset/converter.h"
+#include "fast/bytes.h"
+
+namespace fast {
+
+// Whether what a converter gives does not depend on how much of the text a call sees. Some look ahead,
+// or choose between forms by what they see.
+bool is_independent(const UConverter* converter);
+
+class UnitReader {
+ public:
+  UnitReader(i18n::ConverterPtr from_charset, Bytes text);
+
+  // The next units, valid until the next call; in between there can be none.
+  std::u16string_view read();
+  bool has_read_all() const { return is_at_end; }
+  bool has_failed() const { return failed; }
+
+  static constexpr size_t unit_count = 1024;
+
+ private:
+  i18n::ConverterPtr converter;
+  const char* source;
+  const char* source_end;
+  bool is_at_end = false;
+  bool failed = false;
+  char16_t units[unit_count];
+};
+
+}  // namespace fast
