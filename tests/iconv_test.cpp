@@ -1,4 +1,5 @@
 // Conversion handles and one-shot conversion.
+#include <malloc.h>
 #include <qorvii18n/i18n_iconv.h>
 #include <unicode/ucnv.h>
 
@@ -73,6 +74,7 @@ TEST(IconvEasy, FillsTheCallersBufferToTheLastByte) {
   EXPECT_EQ(length, 3) << "the length that was needed";
   length = 77;
   EXPECT_EQ(i18n_iconv_easy(utf8, "\xff", 1, utf8, nullptr, &length), nullptr);
+  EXPECT_EQ(i18n_iconv_easy(utf8, "abc", -1, utf8, buffer, &length), nullptr);
   EXPECT_EQ(length, 77) << "the input cannot be read";
   EXPECT_EQ(take_diagnostics(), "");
 }
@@ -84,7 +86,6 @@ TEST(IconvEasy, HasRoomForAUnitAByteAndFourBytesAUnit) {
   EXPECT_EQ(convert("SCSU", four_pairs, "UTF-8"), Conversion(0, unset, repeat("\U00018080", 4)));
   EXPECT_EQ(convert_easy("UTF-8", "\u65e5", "ISO-2022-JP"), "none");
   EXPECT_EQ(convert("UTF-8", "\u65e5", "ISO-2022-JP"), Conversion(0, unset, "\x1b$BF|\x1b(B"));
-  EXPECT_EQ(convert("UTF-8", "", "ISO-2022-KR"), Conversion(0, unset, "\x1b$)C"));
 }
 
 TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
@@ -109,6 +110,7 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
       {"ISO-8859-1", "UTF-16BE", "abc", 4, {-2, 1, std::string("\0a\0b", 4)}},
       {"UTF-8", "UTF-8", "abc", 3, {0, unset, "abc"}},
       {"UTF-8", "UTF-16BE", x(2000), 2, {-2, 0, std::string("\0x", 2)}},
+      {"UTF-8", "x11-compound-text", "abc", 2, {-2, 0, "ab"}},  // ICU writes no offsets
   };
   for (const auto& [from, to, input, capacity, expected] : cases) {
     SCOPED_TRACE(std::string(from) + " to " + to + ": " + input);
@@ -120,6 +122,32 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
   EXPECT_EQ(take_diagnostics(), "");
 }
 
+TEST(IconvEasyEx, AllocatesFourteenBytesAUnitAndOne) {
+  i18n_charset_t* utf8 = i18n_charset_open("UTF-8");
+  for (const size_t units : {1, 3, 700, 2000}) {
+    const std::string input(units, 'x');
+    char* output = nullptr;
+    size_t length, position;
+    i18n_iconv_easy_ex(utf8, input.data(), units, &position, utf8, &output, &length);
+    EXPECT_GE(malloc_usable_size(output), 14 * units + 1);
+    EXPECT_LT(malloc_usable_size(output), 14 * units + 40);
+    i18n_iconv_free(output);
+  }
+  // Too little for one text: the target begins every text with four bytes.
+  EXPECT_EQ(convert("UTF-8", "a", "ISO-2022-KR"), Conversion(0, unset, "\x1b$)Ca"));
+  EXPECT_EQ(convert("UTF-8", "", "ISO-2022-KR"), Conversion(-2, 0, "\x1b"));
+  EXPECT_EQ(convert_easy("UTF-8", "", "ISO-2022-KR"), std::string(1, '\0'));
+}
+
+TEST(IconvEasyEx, ConvertsInPlace) {
+  std::string text = "\u00e9\u00e8 \u20ac";
+  char* output = text.data();
+  size_t length = text.size(), position;
+  const int status = i18n_iconv_easy_ex(i18n_charset_open("UTF-8"), text.data(), text.size(),
+      &position, i18n_charset_open("ISO-8859-1"), &output, &length);
+  EXPECT_EQ(Conversion(status, position, text.substr(0, length)), Conversion(-4, 4, "\xe9\xe8 "));
+}
+
 TEST(IconvEasyEx, ContinuesFromTheStateOfAFailure) {
   const Conversion shift_is_pending(-1, 1, "none");
   EXPECT_EQ(convert("SCSU", "\x01", "US-ASCII"), shift_is_pending);
@@ -128,6 +156,13 @@ TEST(IconvEasyEx, ContinuesFromTheStateOfAFailure) {
   EXPECT_EQ(convert("SCSU", "\x02", "US-ASCII"), shift_is_pending);
   EXPECT_EQ(convert_easy("SCSU", "a", "US-ASCII"), std::string("a\0", 2)) << "resets before use";
   EXPECT_EQ(convert("SCSU", "a", "US-ASCII"), Conversion(0, unset, "a")) << "and after it";
+  // What did not fit comes out first: the position counts it in, but it is of no input byte.
+  EXPECT_EQ(convert("UTF-8", "\u20ac", "UTF-8", 1), Conversion(-2, 0, "\xe2"));
+  EXPECT_EQ(convert("UTF-8", "a", "UTF-8", 1), Conversion(-2, 0, "\x82"));
+  EXPECT_EQ(convert("UTF-8", "ab\u20ac", "UTF-8", 4), Conversion(-2, 2,
+                                                          "\xac"
+                                                          "ab\xe2"));
+  EXPECT_EQ(convert_easy("UTF-8", "", "UTF-8"), std::string(1, '\0'));
 }
 
 // Some of ICU's converters write past the offsets that were asked for, or do not write them all.

@@ -56,8 +56,9 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 #endif
 #endif
 
-/* Converts input_length bytes (zero or more) and returns the converted bytes, or null. The text may
- * have one UTF-16 unit for each byte of input; a longer one, which SCSU can make, is a failure.
+/* Converts input_length bytes and returns the converted bytes, or null. A negative length is a
+ * failure. The text may have one UTF-16 unit for each byte of input; a longer one, which SCSU can
+ * make, is a failure, too.
  *
  * output null: the result is a new buffer, released with i18n_iconv_free(). It has room for four
  *   bytes per UTF-16 unit of the text and a NUL; a longer result is a failure. Charsets that shift
@@ -79,7 +80,7 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
  *    0  converted, or the output side failed in a way not listed here: half a surrogate pair at the
  *       end of the text is one
  *   -1  the input ends inside a character;     *error_position: bytes read
- *   -2  the caller's buffer is too small;      *error_position: see below
+ *   -2  the buffer is too small;               *error_position: see below
  *   -3  the input has an invalid sequence;     *error_position: bytes read, the bad ones included
  *   -4  the target lacks a character;          *error_position: see below
  *
@@ -88,8 +89,10 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
  * position is not written.
  *
  * *output null: a buffer is allocated and stored there once the input has been read; it belongs to
- *   the caller (i18n_iconv_free()) after every return that stored it, -2 and -4 included. After
- *   what was written it has room for a NUL of the caller's.
+ *   the caller (i18n_iconv_free()) after every return that stored it, -2 and -4 included. It has 14
+ *   bytes for each UTF-16 unit of the text and one more. That is enough for any text on its own,
+ *   with one exception: the empty text to ISO-2022-KR, which puts four bytes in front of every text,
+ *   gives -2 with a length of 1. Bytes held from an earlier failure need room, too.
  * *output given: that buffer is filled; *output_length is its capacity on entry.
  *
  * On return *output_length is the number of bytes written, also after -2 and -4. The output is not

@@ -80,10 +80,11 @@ i18n_charset_t* i18n_charset_open(const char* name) {
 
   i18n::make_strict(converter.get());
   auto charset = std::make_unique<i18n_charset_t>();
+  charset->converter = converter.get();
   charset->name = preferred_name(name, converter.get());
   enter_handle(is_alias ? canonical : name, charset.get());
-  charset->converter = converter.release();
-  i18n_charset_t* handle = charset.release();  // the registry holds it from here on
+  converter.release();  // the handle owns it, and the registry the handle, from here on
+  i18n_charset_t* handle = charset.release();
   if (is_alias) enter_handle(name, handle);
   return handle;
 }

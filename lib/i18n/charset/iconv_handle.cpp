@@ -1,5 +1,6 @@
 // Conversion handles.
 #include <memory>
+#include <utility>
 
 #include <qorvii18n/i18n_iconv.h>
 
@@ -7,17 +8,17 @@
 #include "charset/converter.h"
 #include "core/c_string.h"
 
+// Members are destroyed from the last to the first: the source is closed before the target.
 struct i18n_iconv_t {
-  i18n::ConverterPtr from_converter;
   i18n::ConverterPtr to_converter;
+  i18n::ConverterPtr from_converter;
 };
 
 namespace {
 
-i18n::ConverterPtr copy_or_open_anew(const UConverter* converter) {
-  if (i18n::is_copyable(converter)) return i18n::copy_converter(converter);
-  UErrorCode status = U_ZERO_ERROR;
-  auto opened = i18n::open_plain_converter(ucnv_getName(converter, &status));
+i18n::ConverterPtr copy_or_open_anew(const UConverter* converter, UErrorCode* status) {
+  if (i18n::is_copyable(converter)) return i18n::ConverterPtr(ucnv_clone(converter, status));
+  i18n::ConverterPtr opened(ucnv_open(ucnv_getName(converter, status), status));
   if (opened) i18n::make_strict(opened.get());
   return opened;
 }
@@ -25,10 +26,11 @@ i18n::ConverterPtr copy_or_open_anew(const UConverter* converter) {
 }  // namespace
 
 i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to, const i18n_charset_t* from) {
-  i18n::ConverterPtr from_copy = copy_or_open_anew(from->converter);
-  i18n::ConverterPtr to_copy = copy_or_open_anew(to->converter);
+  UErrorCode status = U_ZERO_ERROR;  // after a failure of the first, the second fails at once
+  i18n::ConverterPtr from_copy = copy_or_open_anew(from->converter, &status);
+  i18n::ConverterPtr to_copy = copy_or_open_anew(to->converter, &status);
   if (!from_copy || !to_copy) return nullptr;
-  return new i18n_iconv_t{std::move(from_copy), std::move(to_copy)};
+  return new i18n_iconv_t{std::move(to_copy), std::move(from_copy)};
 }
 
 void i18n_iconv_close(i18n_iconv_t* handle) { delete handle; }

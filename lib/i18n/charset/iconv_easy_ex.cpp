@@ -1,0 +1,186 @@
+// One-shot conversion that tells what went wrong, and where. Only a failure needs offsets, which
+// take as long as the conversion: then the text is converted once more, with offsets.
+#include <algorithm>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include <qorvii18n/i18n_iconv.h>
+
+#include "charset/charset.h"
+#include "charset/converter.h"
+#include "charset/pivot.h"
+#include "core/c_string.h"
+#include "core/offsets.h"
+
+namespace {
+
+using i18n::Progress;
+using Offsets = std::vector<int32_t>;
+
+// ICU takes no longer targets than these.
+constexpr size_t max_target_bytes = 0x7fffffff;
+constexpr size_t max_target_units = 0x3fffffff;
+
+enum Result {
+  kConverted = 0,
+  kTruncatedInput = -1,
+  kOutputFull = -2,
+  kInvalidInput = -3,
+  kUnmappable = -4
+};
+
+// Makes a converter in the state that another one is in now. That is mostly the initial state, which
+// need not be kept until it is wanted.
+class Beginning {
+ public:
+  Beginning(const UConverter* converter, bool is_unfinished)
+      : original(converter), copy(is_unfinished ? i18n::copy_converter(converter) : nullptr) {}
+
+  // To be called once. Null when the converter cannot be copied.
+  i18n::ConverterPtr make_converter() {
+    if (copy) return std::move(copy);
+    i18n::ConverterPtr initial = i18n::copy_converter(original);
+    if (initial) ucnv_reset(initial.get());
+    return initial;
+  }
+
+ private:
+  const UConverter* original;
+  i18n::ConverterPtr copy;
+};
+
+// The input, and what it is in UTF-16.
+class Source {
+ public:
+  // Input that cannot be read a second time is read with offsets at once.
+  Source(const i18n_charset_t& from, std::string_view input_bytes, bool will_be_overwritten)
+      : charset(from),
+        input(input_bytes),
+        capacity(std::min(2 * input.size(), max_target_units)),
+        units(capacity),
+        beginning(from.converter, from.has_unfinished_input) {
+    if (will_be_overwritten || !i18n::is_copyable(from.converter)) {
+      offsets.assign(capacity, i18n::no_offset);
+    }
+  }
+
+  Progress read() {
+    const Progress progress = i18n::to_unicode(charset.converter, input, units.get(), capacity,
+                                               offsets.empty() ? nullptr : offsets.data());
+    charset.has_unfinished_input = U_FAILURE(progress.status);
+    length = progress.produced;
+    return progress;
+  }
+
+  std::u16string_view get_text() { return {units.get(), length}; }
+
+  // The index of the input byte from which a unit came, 0 when that is not known.
+  size_t find_byte(int32_t unit) {
+    if (unit < 0 || static_cast<size_t>(unit) >= length) return 0;
+    if (offsets.empty()) read_again();
+    return static_cast<size_t>(std::max(offsets[static_cast<size_t>(unit)], 0));
+  }
+
+ private:
+  void read_again() {
+    constexpr size_t most_offsets_per_unit = 2;  // GSM 03.38 writes so many
+    offsets.assign(most_offsets_per_unit * length, i18n::no_offset);
+    i18n::to_unicode(beginning.make_converter().get(), input, units.get(), length, offsets.data());
+  }
+
+  const i18n_charset_t& charset;
+  std::string_view input;
+  size_t capacity;
+  i18n::Units units;
+  size_t length = 0;
+  Offsets offsets;  // empty when the input was read without
+  Beginning beginning;
+};
+
+class Target {
+ public:
+  Target(const i18n_charset_t& to, char* buffer, size_t buffer_size)
+      : charset(to),
+        output(buffer),
+        capacity(buffer_size),
+        beginning(to.converter, to.has_unfinished_output) {}
+
+  Progress write(std::u16string_view text) {
+    const Progress progress =
+        i18n::from_unicode(charset.converter, text, output, capacity, nullptr);
+    charset.has_unfinished_output = U_FAILURE(progress.status);
+    length = progress.produced;
+    return progress;
+  }
+
+  // The unit from which the last byte of the output came, no_offset when that is not known.
+  int32_t find_last_unit(std::u16string_view text) {
+    if (length == 0) return i18n::no_offset;
+    Offsets offsets(length, i18n::no_offset);
+    i18n::from_unicode(beginning.make_converter().get(), text, output, length, offsets.data());
+    return offsets.back();
+  }
+
+ private:
+  const i18n_charset_t& charset;
+  char* output;
+  size_t capacity;
+  size_t length = 0;
+  Beginning beginning;
+};
+
+bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
+  const std::less<const char*> is_before;
+  return is_before(bytes.data(), buffer + capacity) &&
+         is_before(buffer, bytes.data() + bytes.size());
+}
+
+// Stores the buffer and returns its size.
+size_t allocate_output(size_t units, char** output) {
+  constexpr size_t bytes_per_unit = 14;  // more than any charset has, escape sequences included
+  const size_t capacity = bytes_per_unit * units + 1;
+  *output = i18n::allocate_c_string(capacity).release();
+  return capacity;
+}
+
+Result get_read_failure(UErrorCode status) {
+  return status == U_INDEX_OUTOFBOUNDS_ERROR || status == U_TRUNCATED_CHAR_FOUND ? kTruncatedInput
+                                                                                 : kInvalidInput;
+}
+
+Result get_write_result(UErrorCode status) {
+  switch (status) {
+    case U_INVALID_CHAR_FOUND:
+      return kUnmappable;
+    case U_BUFFER_OVERFLOW_ERROR:
+      return kOutputFull;
+    default:
+      return kConverted;
+  }
+}
+
+}  // namespace
+
+int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t input_length,
+                       size_t* error_position, const i18n_charset_t* to, char** output,
+                       size_t* output_length) {
+  const bool is_callers = *output != nullptr;
+  size_t capacity = std::min(std::exchange(*output_length, 0), max_target_bytes);
+  const std::string_view bytes(input, input_length);
+  Source source(*from, bytes, is_callers && overlap(bytes, *output, capacity));
+  const Progress reading = source.read();
+  if (U_FAILURE(reading.status)) {
+    *error_position = reading.consumed;
+    return get_read_failure(reading.status);
+  }
+
+  const std::u16string_view text = source.get_text();
+  if (!is_callers) capacity = std::min(allocate_output(text.size(), output), max_target_bytes);
+  Target target(*to, *output, capacity);
+  const Progress writing = target.write(text);
+  *output_length = writing.produced;
+  const Result result = get_write_result(writing.status);
+  if (result != kConverted) *error_position = source.find_byte(target.find_last_unit(text));
+  return result;
+}

@@ -1,0 +1,39 @@
+// The two steps of a one-shot conversion: a whole text to UTF-16, and from there to the target.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include <unicode/ucnv.h>
+
+namespace i18n {
+
+// An array of UTF-16 units that is not initialised, and not on the heap when it is short.
+class Units {
+ public:
+  explicit Units(size_t size);
+
+  UChar* get() { return many ? many.get() : few; }
+
+ private:
+  UChar few[512];
+  std::unique_ptr<UChar[]> many;
+};
+
+struct Progress {
+  UErrorCode status;
+  size_t consumed;  // of the source
+  size_t produced;  // in the target
+};
+
+// Each converts a whole text, from the state that the converter is in. offsets may be null; else it
+// gets, for each element of the target, the index in the source from which that came. A null
+// converter is an error like any other.
+Progress to_unicode(UConverter* converter, std::string_view input, UChar* units, size_t capacity,
+                    int32_t* offsets);
+Progress from_unicode(UConverter* converter, std::u16string_view text, char* output,
+                      size_t capacity, int32_t* offsets);
+
+}  // namespace i18n
