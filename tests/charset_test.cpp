@@ -7,6 +7,14 @@
 #include "charset/converter.h"
 #include "support/testing.h"
 
+namespace {
+int opened_converters;
+}
+UConverter* ucnv_open(const char* name, UErrorCode* status) {
+  ++opened_converters;
+  return REAL(ucnv_open)(name, status);
+}
+
 TEST(Charset, AliasesShareOneHandleInAnyOrder) {
   const char* cases[][3] = {
       {"utf8", "UTF-8", "UTF-8"},
@@ -18,13 +26,17 @@ TEST(Charset, AliasesShareOneHandleInAnyOrder) {
     i18n_charset_t* handle = i18n_charset_open(first);
     ASSERT_NE(handle, nullptr) << first;
     EXPECT_EQ(i18n_charset_open(second), handle) << second;
-    EXPECT_EQ(i18n_charset_open(first), handle) << first;
     EXPECT_STREQ(i18n_charset_get_name(handle), preferred);
+    opened_converters = 0;
+    for (const char* name : {first, second}) EXPECT_EQ(i18n_charset_open(name), handle) << name;
+    EXPECT_EQ(opened_converters, 0) << "known by both names";
   }
 }
 
 TEST(Charset, IsNullEachTimeAndSilentWhenUnknown) {
+  opened_converters = 0;
   for (const char* name : {"no-such", "no-such"}) EXPECT_EQ(i18n_charset_open(name), nullptr);
+  EXPECT_EQ(opened_converters, 2);
   for (const int selector : {-1, 4}) EXPECT_EQ(i18n_charset_open_special(selector), nullptr);
   EXPECT_EQ(take_diagnostics(), "");
 }

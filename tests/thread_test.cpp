@@ -1,36 +1,102 @@
-// The use that several threads are allowed: after one first call, all may encode at once.
+// First use: in many threads at once, and when ICU does not do its part. Each test needs a process in
+// which the library has not been used yet.
 #include <qorvii18n/i18n_mime.h>
+#include <sys/wait.h>
+#include <unicode/ucnv.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <functional>
+#include <latch>
 #include <thread>
 
 #include "support/testing.h"
 
 namespace {
 
-std::string encode_all() {
-  const char* text =
-      "Gr\xc3\xbc\xc3\x9f"
-      "e = 1\r\n";
-  return take(i18n_mime_encode(text, "UTF-8", "ISO-8859-1", 0.5, nullptr, nullptr)) +
-         take(i18n_mime_encode_b64(text, "UTF-8", "UTF-8")) +
-         take(i18n_mime_encode_header(text, "UTF-8", "UTF-8", 0.5)) +
-         take(i18n_mime_encode_header_b64(text, "UTF-8", "ISO-8859-15")) +
-         (i18n_mime_get_header_to_charset_name("Shift_JIS") != nullptr ? "found" : "");
+bool counting_fails;
+int failing_alias = -1;
+
+// What fails in there fails here.
+void run_in_new_process(const std::function<void()>& test) {
+  std::fflush(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    test();
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
 }
 
-TEST(Threads, EncodeAtOnceAfterTheFirstCall) {
-  i18n_mime_get_body_to_charset_name("UTF-8");
-  const std::string expected = encode_all();
-  std::vector<int> differences(4);
-  std::vector<std::thread> threads;
-  threads.reserve(differences.size());
-  for (int& count : differences) {
-    threads.emplace_back([&count, &expected] {
-      for (int i = 0; i < 200; ++i) count += encode_all() != expected;
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  for (const int count : differences) EXPECT_EQ(count, 0);
+std::string encode_all() {
+  const char* text = "\x93\xfa";
+  return take(i18n_mime_encode(text, "Shift_JIS", nullptr, 9, nullptr, nullptr)) +
+         take(i18n_mime_encode_b64(text, "shift-jis", "UTF-8")) +
+         take(i18n_mime_encode_header(text, "sjis", nullptr, 9)) +
+         take(i18n_mime_encode_header_b64(text, "ms_kanji", "UTF-8"));
+}
+const char* const encoded =
+    "=1B=24BF=7C=1B(B"
+    "5pel"
+    "=?UTF-8?Q?=E6=97=A5?="
+    "=?UTF-8?B?5pel?=";
+
+std::string find_charset(const char* name) {
+  const char* charset = i18n_mime_get_body_to_charset_name(name);
+  return charset != nullptr ? charset : "none";
 }
 
 }  // namespace
+
+uint16_t ucnv_countAliases(const char* alias, UErrorCode* status) {
+  if (counting_fails) *status = U_INTERNAL_PROGRAM_ERROR;
+  return REAL(ucnv_countAliases)(alias, status);
+}
+const char* ucnv_getAlias(const char* alias, uint16_t n, UErrorCode* status) {
+  if (n == failing_alias) *status = U_INTERNAL_PROGRAM_ERROR;
+  return REAL(ucnv_getAlias)(alias, n, status);
+}
+
+TEST(FirstUse, MayBeInManyThreadsAtOnce) {
+  for (int process = 0; process < 30; ++process) {
+    run_in_new_process([] {
+      std::vector<int> differences(8);
+      std::latch start(static_cast<std::ptrdiff_t>(differences.size()));
+      std::vector<std::thread> threads;
+      threads.reserve(differences.size());
+      for (int& count : differences) {
+        threads.emplace_back([&count, &start] {
+          start.arrive_and_wait();
+          for (int i = 0; i < 20; ++i) count += encode_all() != encoded;
+        });
+      }
+      for (std::thread& thread : threads) thread.join();
+      EXPECT_EQ(differences, std::vector<int>(8));
+    });
+  }
+}
+
+TEST(FirstUse, SaysOncePerTableThatThereAreNoAliases) {
+  run_in_new_process([] {
+    counting_fails = true;
+    for (int call = 0; call < 2; ++call) EXPECT_EQ(find_charset("shift_jis"), "none");
+    const std::string message = "6: Character set alias shift_jis is invalid";
+    EXPECT_EQ(take_diagnostics(), message + "|" + message);
+  });
+}
+
+TEST(FirstUse, LeavesOutAnAliasThatIcuCannotTell) {
+  run_in_new_process([] {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::string first = ucnv_getAlias("shift_jis", 0, &status);
+    const std::string second = ucnv_getAlias("shift_jis", 1, &status);
+    failing_alias = 0;
+    EXPECT_EQ(find_charset(first.c_str()), "none");
+    for (const std::string& name : {second, std::string("sjis")}) {
+      EXPECT_EQ(find_charset(name.c_str()), "ISO-2022-JP") << name;
+    }
+    EXPECT_EQ(take_diagnostics(), "");
+  });
+}

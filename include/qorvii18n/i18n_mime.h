@@ -16,8 +16,7 @@
  * 4. Every char* result, and every string stored through to_charset_out, belongs to the caller and
  *    is released with i18n_mime_free(). Results of type const char* belong to the library.
  * 5. When memory runs out, std::bad_alloc propagates.
- * 6. Thread rules: make one call of i18n_mime_get_body_to_charset_name() before several threads
- *    encode at once. It fills tables that are only read from then on.
+ * 6. Thread rules: any number of calls may run at once, the first ones included.
  * 7. Text in mail has CR LF line ends: write those into a body before it is encoded.
  */
 #ifndef QORVII18N_I18N_MIME_H

@@ -3,8 +3,8 @@
  * These are the six operations that libqorvii18n imports. It reaches them through the dynamic
  * linker only, so a program that defines one of them puts its own in place for the whole process.
  *
- * Thread rules: a table belongs to one thread at a time; the printing functions may be called from
- * any thread.
+ * Thread rules: a table belongs to one thread at a time while entries are made; lookups alone may
+ * run at once. The printing functions may be called from any thread.
  */
 #ifndef QORVIKS_H
 #define QORVIKS_H

@@ -1,6 +1,7 @@
 // What test files share.
 #pragma once
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <qorvii18n/i18n_mime.h>
 
@@ -8,6 +9,15 @@
 #include <string>
 #include <tuple>
 #include <vector>
+
+// The function of ICU's that a test program puts one of its own in place of. ICU's headers define its
+// name as another one, which is the one to look for.
+#define REAL(function) find_replaced(function, NAME_OF(function))
+#define NAME_OF(function) #function
+template <class Function>
+Function* find_replaced(Function* /*replacement*/, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
 
 // The charset that ICU reports as the process's default. ICU may be built to always say UTF-8.
 void set_default_charset(const char* name);

@@ -83,8 +83,8 @@ i18n_charset_t* i18n_charset_open(const char* name) {
   charset->converter = converter.get();
   charset->name = preferred_name(name, converter.get());
   enter_handle(is_alias ? canonical : name, charset.get());
-  converter.release();  // the handle owns it, and the registry the handle, from here on
-  i18n_charset_t* handle = charset.release();
+  static_cast<void>(converter.release());      // the handle owns it from here on,
+  i18n_charset_t* handle = charset.release();  // and the registry the handle
   if (is_alias) enter_handle(name, handle);
   return handle;
 }

@@ -7,11 +7,9 @@
 
 namespace {
 
-// Both are made at first use and kept until the process ends. When memory runs out meanwhile, the
-// next use goes on where that one stopped.
+// Both are made at first use and kept until the process ends.
 hash_str_t* body_charsets;
 hash_str_t* header_charsets;
-bool has_tables;
 
 const char* find_charset(hash_str_t* table, const char* normalised_name) {
   uint64_t scratch;
@@ -44,15 +42,21 @@ void add_charset_aliases(const char* charset, const char* value, hash_str_t* tab
   }
 }
 
-}  // namespace
-
-void init_charset_tables() {
-  if (has_tables) return;
+// When memory runs out meanwhile, the next use goes on where this one stopped.
+bool make_tables() {
   if (body_charsets == nullptr) body_charsets = hash_str_create(200, 8, 0);
   if (header_charsets == nullptr) header_charsets = hash_str_create(200, 8, 0);
   add_charset_aliases("shift_jis", "ISO-2022-JP", body_charsets);
   add_charset_aliases("shift_jis", "UTF-8", header_charsets);
-  has_tables = true;
+  return true;
+}
+
+}  // namespace
+
+void init_charset_tables() {
+  // Threads that come first at once wait for the one that makes the tables. After an exception the
+  // next call tries again.
+  [[maybe_unused]] static const bool has_tables = make_tables();
 }
 
 CharsetFinder::CharsetFinder(const char* from, Use use) : to_charset(nullptr) {

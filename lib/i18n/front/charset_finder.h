@@ -3,7 +3,7 @@
 
 #include <qorviks.h>
 
-// Makes the alias tables on the first call. Calls that race to be the first must be serialised.
+// Makes the alias tables on the first call, in whichever thread that is.
 void init_charset_tables();
 
 class CharsetFinder {
