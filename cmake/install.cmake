@@ -1,7 +1,7 @@
 # What `cmake --install` puts where. Components:
 #
 #   runtime                      libqorvii18n.so.N
-#   development                  headers, CMake package, qorvii18n.pc, manual pages
+#   development                  headers, CMake package, qorvii18n.pc, manual pages, guides
 #   kernel_services              libqorviks.so.N, the stand-in
 #   kernel_services_development  qorviks.h, its CMake target, qorviks.pc
 #
@@ -33,7 +33,10 @@ install(FILES
     include/qorvii18n/i18n_mime.h
     include/qorvii18n/i18n_mime.hpp
     ${PROJECT_BINARY_DIR}/lib/i18n/include/qorvii18n/export.h
+    ${PROJECT_BINARY_DIR}/lib/i18n/include/qorvii18n/version.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n COMPONENT development)
+install(FILES docs/encoded-words.md docs/limits.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(FILES lib/ks/qorviks.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT kernel_services_development)
 

@@ -14,7 +14,7 @@
 ///    a character that the mail charset lacks), the result is an unencoded copy of the input.
 ///    Nothing is substituted. Diagnostics on standard error tell why, unless a name was null or
 ///    there is no mail charset to choose: of text that cannot be converted the offending bytes and
-///    their position in bytes, which in rare cases is that of a neighbour (docs/limits.md).
+///    their position in bytes, which in rare cases is that of a neighbour (limits.md).
 /// 4. So compare result and input before you send anything. A header that is equal failed, and its
 ///    line breaks would start new fields. A body that is equal needs no encoding if it is all
 ///    printable ASCII and TAB, and failed otherwise.

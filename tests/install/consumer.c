@@ -4,6 +4,7 @@
 #include <qorvii18n/i18n_charset.h>
 #include <qorvii18n/i18n_iconv.h>
 #include <qorvii18n/i18n_mime.h>
+#include <qorvii18n/version.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -29,6 +30,11 @@ int main(void) {
   wrong += expect("charset", i18n_charset_get_name(latin1), "ISO-8859-1");
   wrong += encoding != I18N_MIME_QP || i18n_iconv() != 1 || i18n_iconv_detect_codeset(utf8) != 0;
   wrong += _i18n_i18n_msg_table_adr()->message_count == 0;
+
+  char numbers[40];
+  snprintf(numbers, sizeof numbers, "%d.%d.%d.", QORVII18N_VERSION_MAJOR, QORVII18N_VERSION_MINOR,
+      QORVII18N_VERSION_PATCH);
+  wrong += strncmp(QORVII18N_VERSION, numbers, strlen(numbers)) != 0;
 
   i18n_iconv_free(converted);
   i18n_mime_free(subject);

@@ -2,11 +2,15 @@
 // of the kernel services'.
 #include <qorvii18n/i18n_catalog.h>
 #include <qorvii18n/i18n_iconv.h>
+#include <qorvii18n/version.h>
 #include <qorviks.h>
 
 #include <iostream>
 #include <qorvii18n/i18n.hpp>
 #include <qorvii18n/i18n_mime.hpp>
+#include <string_view>
+
+static_assert(std::string_view(QORVII18N_VERSION) == PACKAGE_VERSION);
 
 static int printed = 0;
 

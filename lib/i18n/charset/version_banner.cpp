@@ -2,9 +2,10 @@
 #include "charset/version_banner.h"
 
 #include <qorvii18n/i18n_catalog.h>
+#include <qorvii18n/version.h>
 #include <qorviks.h>
 
-#include "version.h"
+#include "build_time.h"
 
 namespace {
 
