@@ -1,12 +1,17 @@
-// C++ side of the library, namespace i18n: strict converters, error state and line folding.
-//
-// Programs that encode mail use i18n_mime.h. The classes here are what the encoders of
-// i18n_mime.hpp are made of. The buffer that they write to is the library's own, so a program can
-// ask them for sizes and rules but cannot make them write.
-//
-// Thread rules: an object belongs to one thread at a time.
+/// @file
+/// C++ side of the library, namespace i18n: strict converters, error state and line folding.
+///
+/// Programs that encode mail use i18n_mime.h. The classes here are what the encoders of
+/// i18n_mime.hpp are made of. The buffer that they write to is the library's own, so a program can
+/// ask them for sizes and rules but cannot make them write.
+///
+/// Thread rules: an object belongs to one thread at a time.
 #ifndef QORVII18N_I18N_HPP
 #define QORVII18N_I18N_HPP
+
+#if !defined(__cplusplus) || __cplusplus < 201703L
+#error "qorvii18n/i18n.hpp needs C++17 or later: compile with -std=c++17"
+#endif
 
 #include <cstdint>
 #include <memory>
@@ -23,112 +28,133 @@ template <class T>
 class StringBuffer;
 class CharsetToCharsetIterPrototype;
 
-// A new ICU converter without fallback mappings that stops at the first character it cannot
-// convert, in both directions. The caller closes it with ucnv_close(). Null when ICU cannot open
-// the name; the kernel services then print which.
+/// Opens an ICU converter without fallback mappings that stops at the first character it cannot
+/// convert, in both directions.
+/// @param name  A converter name or alias.
+/// @return The converter, which the caller closes with ucnv_close(), or null when ICU cannot open
+/// the name; the kernel services then print which.
 QORVII18N_EXPORT UConverter* open_ucnv_converter(const char* name);
 
-// An error flag that stays set once it is set. Base of the classes that can fail.
+/// An error flag that stays set once it is set. Base of the classes that can fail.
 class QORVII18N_EXPORT Error {
  public:
-  Error& operator=(const Error& other);
-  Error& operator=(Error&& other) noexcept;
+  Error& operator=(const Error&);
+  Error& operator=(Error&&) noexcept;
 
-  void set_error();
-  bool is_ok() const;
-  bool is_error() const;
+  void set_error();       ///< Sets the flag.
+  bool is_ok() const;     ///< Tells success. @return Whether the flag is clear.
+  bool is_error() const;  ///< Tells failure. @return Whether the flag is set.
 
  protected:
-  Error();
-  Error(const Error& other);
+  Error();              ///< Makes a clear flag.
+  Error(const Error&);  ///< Copies the flag.
   ~Error() = default;
 
  private:
   bool flag;
 };
 
-// The ICU status of a conversion that goes chunk by chunk. A full target is no failure: it means
-// that there is more to come.
+/// The ICU status of a conversion that goes chunk by chunk. A full target is no failure: it means
+/// that there is more to come.
 class QORVII18N_EXPORT UcnvErrorHandler {
  public:
-  UcnvErrorHandler();
-  UcnvErrorHandler(const UcnvErrorHandler& other);
-  UcnvErrorHandler& operator=(const UcnvErrorHandler& other);
-  UcnvErrorHandler& operator=(UcnvErrorHandler&& other) noexcept;
+  UcnvErrorHandler();                         ///< Starts with success.
+  UcnvErrorHandler(const UcnvErrorHandler&);  ///< Copies the status.
+  UcnvErrorHandler& operator=(const UcnvErrorHandler&);
+  UcnvErrorHandler& operator=(UcnvErrorHandler&&) noexcept;
 
-  void ucnv_set_ok();
-  bool ucnv_is_ok() const;        // success, a warning, or a full target
-  bool has_next() const;          // a full target
-  bool ucnv_is_total_ok() const;  // success or a warning
+  void ucnv_set_ok();             ///< Sets the status to success.
+  bool ucnv_is_ok() const;        ///< Tells success so far. @return False after a failure only.
+  bool has_next() const;          ///< Tells more to come. @return Whether the target was full.
+  bool ucnv_is_total_ok() const;  ///< Tells the end. @return Success, and the target was not full.
 
  protected:
-  std::int32_t status;  // a UErrorCode
+  std::int32_t status;  ///< a UErrorCode
 };
 
-// A pair of indices; end -1 is an open end.
+/// A pair of indices; end -1 is an open end.
 class QORVII18N_EXPORT BegEnd {
  public:
-  BegEnd();
+  BegEnd();  ///< Starts at 0, with an open end.
+  /// Stores two indices.
+  /// @param begin_index,end_index  The indices.
   BegEnd(int begin_index, int end_index);
-  BegEnd(const BegEnd& other);
-  BegEnd& operator=(const BegEnd& other);
+  BegEnd(const BegEnd&);  ///< Copies both indices.
+  BegEnd& operator=(const BegEnd&);
 
-  void add(int n);   // moves both; an open end stays open
-  int size() const;  // end - begin, which means nothing when the end is open
+  /// Moves both indices; an open end stays open.
+  /// @param n  How far, forwards or backwards.
+  void add(int n);
+  /// Measures the pair.
+  /// @return end - begin, which means nothing when the end is open.
+  int size() const;
 
-  std::int32_t begin;
-  std::int32_t end;
+  std::int32_t begin;  ///< the first index
+  std::int32_t end;    ///< the index after the last one
 };
 
-// Takes an input text. The object keeps its own copy and starts over at its beginning.
+/// Takes an input text.
 template <class T>
 class InStrSetter {
  public:
+  /// Starts over with a text.
+  /// @param text  The text, of which the object keeps its own copy.
   virtual void set_in_str(const std::basic_string<T>& text) = 0;
 
  protected:
-  InStrSetter() = default;
-  InStrSetter(const InStrSetter&) = default;
+  InStrSetter() = default;                    ///< For derived classes only.
+  InStrSetter(const InStrSetter&) = default;  ///< For derived classes only.
   InStrSetter& operator=(const InStrSetter&) = default;
   ~InStrSetter() = default;
 };
 
-// Measures the lines that an encoder writes and folds them.
-//
-// The encoder announces each piece that must not be split with move_line() and appends it right
-// after; the cycle first writes the suffix, the line break and the next prefix when the piece and a
-// suffix would not fit any more. Lengths are in bytes. A line break counts into the line that it
-// begins, so every line after the first has that much less room. The error flag is never set: ask
-// is_legal().
+/// Measures the lines that an encoder writes and folds them.
+///
+/// The encoder announces each piece that must not be split with move_line() and appends it right
+/// after; the cycle first writes the suffix, the line break and the next prefix when the piece and
+/// a suffix would not fit any more. Lengths are in bytes. A line break counts into the line that it
+/// begins, so every line after the first has that much less room. The error flag is never set: ask
+/// is_legal().
 class QORVII18N_EXPORT LineCycle : public Error {
  public:
-  // A null string stands for an empty one; the strings are copied. Reports an assertion failure
-  // when they leave no room in max_length.
+  /// Makes a cycle for one text. Reports an assertion failure when the strings leave no room.
+  /// @param max_length  The longest that a line may be.
+  /// @param prefix,suffix,line_break  What opens each line, closes each line and stands between two
+  /// of them. They are copied; null stands for an empty string.
   LineCycle(int max_length, const char* prefix, const char* suffix, const char* line_break);
-  LineCycle(const LineCycle& other);
-  LineCycle& operator=(const LineCycle& other);
+  LineCycle(const LineCycle&);  ///< Copies the state, with strings of its own.
+  LineCycle& operator=(const LineCycle&);
   virtual ~LineCycle();
 
-  bool is_legal() const;            // the strings leave room in max_length
-  int get_num_bytes_avail() const;  // room for content on any line but the first
+  /// Tells whether lines can have content.
+  /// @return Whether the three strings together are shorter than a line.
+  bool is_legal() const;
+  /// Measures the room for content.
+  /// @return The bytes of content that fit on any line but the first.
+  int get_num_bytes_avail() const;
 
-  // Announces num_bytes that the caller appends next. A piece that no line has room for is reported
-  // as an assertion failure and placed all the same.
+  /// Announces a piece that the caller appends next. One that no line has room for is reported as
+  /// an assertion failure and placed all the same.
+  /// @param buffer  Where the lines go.
+  /// @param num_bytes  The length of the piece.
   void move_line(StringBuffer<char>& buffer, int num_bytes);
-  void start_cycle(StringBuffer<char>& buffer);  // begins a line whatever its length so far
-  void close_cycle(StringBuffer<char>& buffer);  // ends the line with the suffix
+  /// Begins a line, whatever the length of the last one so far.
+  /// @param buffer  Where the lines go.
+  void start_cycle(StringBuffer<char>& buffer);
+  /// Ends the line with the suffix.
+  /// @param buffer  Where the lines go.
+  void close_cycle(StringBuffer<char>& buffer);
 
  protected:
-  std::int32_t current_length;
-  std::int32_t max_length;
-  bool first_line;
-  // NUL-terminated.
-  std::unique_ptr<char[]> prefix;
-  std::int32_t prefix_length;
-  std::unique_ptr<char[]> suffix;
-  std::int32_t suffix_length;
-  std::unique_ptr<char[]> line_break;
-  std::int32_t line_break_length;
+  std::int32_t current_length;         ///< of the line being written; 0 when none is open
+  std::int32_t max_length;             ///< of any line
+  bool first_line;                     ///< no line has been begun yet
+  std::unique_ptr<char[]> prefix;      ///< NUL-terminated, as the other strings are
+  std::int32_t prefix_length;          ///< in bytes
+  std::unique_ptr<char[]> suffix;      ///< closes each line
+  std::int32_t suffix_length;          ///< in bytes
+  std::unique_ptr<char[]> line_break;  ///< stands between two lines
+  std::int32_t line_break_length;      ///< in bytes
 };
 
 }  // namespace i18n

@@ -45,6 +45,10 @@ for header in "$prefix"/include/qorvii18n/*; do
   "$cxx" -std=c++17 -pedantic -Wall -Wextra -Werror -I"$prefix/include" \
     -fsyntax-only -x c++ - < <(echo "#include <${header#"$prefix"/include/}>")
 done
+for header in "$prefix"/include/qorvii18n/*.hpp; do
+  errors=$("$cxx" -std=c++14 -I"$prefix/include" -fsyntax-only -x c++-header "$header" 2>&1 || true)
+  grep -q "${header##*/} needs C++17 or later" <<<"$errors" || fail "no word for C++14: $header"
+done
 
 echo "== sonames, links and run paths"
 for name in qorvii18n qorviks; do
