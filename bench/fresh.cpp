@@ -1,5 +1,5 @@
-// Rows whose two sides run in processes of their own, started for the row, which take their text and
-// then numbers of calls from a socket.
+// Rows whose two sides run in processes of their own, started for the row, which take their text
+// and then numbers of calls from a socket.
 #include "wanted.h"
 
 #include <sys/socket.h>

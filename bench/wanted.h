@@ -7,8 +7,9 @@
 
 namespace bench {
 
-// The figures are for a Release build on a processor with AVX2. A build with Debian's flags may take
-// a little longer. Without vector code other figures stand for these, and only where they are given.
+// The figures are for a Release build on a processor with AVX2. A build with Debian's flags may
+// take a little longer. Without vector code other figures stand for these, and only where they are
+// given.
 inline constexpr double build_slack = QORVII18N_BENCH_RELEASE ? 1 : 1.15;
 inline constexpr bool has_vector_code = QORVII18N_BENCH_VECTOR;
 

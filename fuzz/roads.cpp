@@ -1,5 +1,5 @@
-// Both roads of the MIME functions: of what the fast one takes, the exact one writes the same bytes,
-// and it has nothing to report.
+// Both roads of the MIME functions: of what the fast one takes, the exact one writes the same
+// bytes, and it has nothing to report.
 #include "fast/fast_road.h"
 #include "front/front.h"
 #include "fuzz.h"

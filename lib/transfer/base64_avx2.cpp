@@ -9,8 +9,8 @@ namespace {
 
 constexpr size_t block_bytes = 8 * group_bytes;
 constexpr size_t block_chars = 8 * group_chars;
-// A block is loaded as two halves of sixteen bytes, of which twelve count. What lies beside them must
-// be there to be read: behind the block, or before it.
+// A block is loaded as two halves of sixteen bytes, of which twelve count. What lies beside them
+// must be there to be read: behind the block, or before it.
 constexpr size_t half_bytes = block_bytes / 2;
 constexpr size_t beside = 4;
 

@@ -17,8 +17,8 @@ size_t count_escapes(const char* table, const unsigned char* bytes, size_t size)
 constexpr size_t form_slack = 32;
 char* put_forms(char* out, const char* table, const unsigned char* bytes, size_t size);
 
-// Where forms can be cut: at size, or up to two characters before it, when size is inside an escape.
-// The table must escape '=', so that it begins every escape and nothing else.
+// Where forms can be cut: at size, or up to two characters before it, when size is inside an
+// escape. The table must escape '=', so that it begins every escape and nothing else.
 inline size_t cut_forms(const char* forms, size_t size) {
   if (size > 0 && forms[size - 1] == '=') return size - 1;
   if (size > 1 && forms[size - 2] == '=') return size - 2;

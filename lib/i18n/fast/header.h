@@ -8,8 +8,8 @@
 
 namespace fast {
 
-// Each writes the words of a text and returns false when it is not UTF-8: what was written then means
-// nothing. The charset name is written into the words; it must be short.
+// Each writes the words of a text and returns false when it is not UTF-8: what was written then
+// means nothing. The charset name is written into the words; it must be short.
 bool put_b_words(Bytes text, const char* charset, Output& output);
 // The table must escape '=' and every byte that is not ASCII.
 bool put_q_words(Bytes text, const char* charset, const char* table, Output& output);

@@ -9,10 +9,10 @@
 namespace fast {
 
 // The exact road converts 86 UTF-16 units at a time and writes them as chunks of UTF-8, which are
-// pieces of the text itself. A chunk holds back its last character, as long as more follows, and the
-// next one begins with it: what the converter then has no position for, hangs together. These are
-// that character, the rest of one that did not fit into the chunk before, and a pair of units that
-// the first 86 split.
+// pieces of the text itself. A chunk holds back its last character, as long as more follows, and
+// the next one begins with it: what the converter then has no position for, hangs together. These
+// are that character, the rest of one that did not fit into the chunk before, and a pair of units
+// that the first 86 split.
 class HeaderChunks {
  public:
   // room: the most bytes that a chunk may have, more than any characters that hang together.

@@ -15,8 +15,8 @@ class Pieces {
   Pieces& operator=(const Pieces&) = delete;
   virtual ~Pieces() = default;
 
-  // The next bytes of the converted text, valid until the next call. None when there are no more, or
-  // when what follows cannot be converted.
+  // The next bytes of the converted text, valid until the next call. None when there are no more,
+  // or when what follows cannot be converted.
   virtual Bytes next() = 0;
   virtual bool has_failed() const = 0;
 

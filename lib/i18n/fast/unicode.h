@@ -17,8 +17,8 @@ size_t get_character_size(Bytes text);
 bool is_utf8(Bytes text);
 bool is_ascii(Bytes text);
 
-// How far max_units UTF-16 units reach into UTF-8 text. A pair of which only the first unit is among
-// them is left out.
+// How far max_units UTF-16 units reach into UTF-8 text. A pair of which only the first unit is
+// among them is left out.
 struct Reach {
   size_t bytes;
   size_t units;
@@ -26,8 +26,8 @@ struct Reach {
 };
 Reach reach_units(Bytes text, size_t max_units);
 
-// Each writes the converted text and returns its end, or null when the text is not well-formed or the
-// target lacks a character. The room must be that of the largest result and copy_slack.
+// Each writes the converted text and returns its end, or null when the text is not well-formed or
+// the target lacks a character. The room must be that of the largest result and copy_slack.
 constexpr size_t copy_slack = 8;
 unsigned char* utf8_to_latin1(unsigned char* out, Bytes text);  // at most one byte for one
 unsigned char* latin1_to_utf8(unsigned char* out, Bytes text);  // at most two for one

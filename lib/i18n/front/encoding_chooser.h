@@ -11,8 +11,8 @@
 namespace i18n_mime {
 
 // Quoted-printable when the threshold is greater than the fraction of bytes that the table marks,
-// else base64: also for an empty text, which has no such fraction. The bytes are those of the source
-// charset.
+// else base64: also for an empty text, which has no such fraction. The bytes are those of the
+// source charset.
 inline i18n_mime_encoding_t choose_encoding(const char* table, std::string_view text,
                                             double qp_threshold) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());

@@ -42,8 +42,8 @@ class PlainConverterEncoder : public Duplicator {
   ConvEncoder converter_encoder;
 };
 
-// The encoding is given. The charsets are ICU's default and the mail charset that the finder has for
-// it, if any.
+// The encoding is given. The charsets are ICU's default and the mail charset that the finder has
+// for it, if any.
 template <class ConvEncoder, class Finder>
 class EasyEncoder : public Duplicator, public Finder {
  public:

@@ -11,9 +11,9 @@
 
 namespace i18n_mime {
 
-// Calling order: construct, give the input once, process, read the result. convert() does all of it.
-// The input is processed once, however often that is asked for; after an error nothing happens any
-// more.
+// Calling order: construct, give the input once, process, read the result. convert() does all of
+// it. The input is processed once, however often that is asked for; after an error nothing happens
+// any more.
 class Processor : public i18n::InStrKeeper<char>, public i18n::Error {
  public:
   using InStrKeeper::set_in_str;
@@ -24,8 +24,8 @@ class Processor : public i18n::InStrKeeper<char>, public i18n::Error {
   virtual ~Processor();
   virtual void process() = 0;
 
-  // Both process the input and return a new copy of the output, a NUL-terminated string from malloc,
-  // or null after an error.
+  // Both process the input and return a new copy of the output, a NUL-terminated string from
+  // malloc, or null after an error.
   char* get_result();
   char* convert(const char* input);
 
