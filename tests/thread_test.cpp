@@ -1,5 +1,5 @@
-// First use: in many threads at once, and when ICU does not do its part. Each test needs a process in
-// which the library has not been used yet.
+// First use: in many threads at once, and when ICU does not do its part. Each test needs a process
+// in which the library has not been used yet.
 #include <qorvii18n/i18n_mime.h>
 #include <sys/wait.h>
 #include <unicode/ucnv.h>

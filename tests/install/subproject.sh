@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds a C project that has the library as a subdirectory, and looks for what leaked into it.
+# Builds a C project that has the library as a subdirectory, in which a few files are compiled as
+# one, and looks for what leaked into it.
 #
 #   subproject.sh SOURCE_DIR CC CXX
 set -euo pipefail
@@ -12,7 +13,7 @@ trap 'rm -rf "$scratch"' EXIT
 fail() { echo "FAILED: $*" >&2; exit 1; }
 
 cmake -S "$source_dir/tests/install/subproject" -B "$scratch/build" -G Ninja \
-  -DQORVII18N_SOURCE="$source_dir" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+  -DCMAKE_UNITY_BUILD=ON -DQORVII18N_SOURCE="$source_dir" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 cmake --build "$scratch/build" -j2 >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 "$scratch/build/consumer"
 
@@ -34,6 +35,6 @@ if sed -n 's/:BOOL=.*//p' "$scratch/build/CMakeCache.txt" |
   grep -vE '^(QORVII18N_[A-Z_]+|CMAKE_[A-Z_]+|BUILD_TESTING)$'; then
   fail "options without our prefix"
 fi
-if grep -E '^QORVII18N_[A-Z_]+:BOOL=ON' "$scratch/build/CMakeCache.txt"; then
+if grep -E '^QORVII18N_(BUILD_[A-Z]+|FUZZ|INSTALL):BOOL=ON' "$scratch/build/CMakeCache.txt"; then
   fail "options that are on in a subproject"
 fi

@@ -10,8 +10,8 @@
 #include <tuple>
 #include <vector>
 
-// The function of ICU's that a test program puts one of its own in place of. ICU's headers define its
-// name as another one, which is the one to look for.
+// The function of ICU's that a test program puts one of its own in place of. ICU's headers define
+// its name as another one, which is the one to look for.
 #define REAL(function) find_replaced(function, NAME_OF(function))
 #define NAME_OF(function) #function
 template <class Function>

@@ -14,9 +14,9 @@ namespace {
 using i18n::Progress;
 
 // ICU's functions for whole strings reset the converter first. That takes a tenth of the time for a
-// short text, and the converter is mostly in its initial state anyway. So the text is converted without
-// them, and they are left to start over when that fails. Compound text is not for this: ICU does
-// not reset all of its converter.
+// short text, and the converter is mostly in its initial state anyway. So the text is converted
+// without them, and they are left to start over when that fails. Compound text is not for this: ICU
+// does not reset all of its converter.
 bool can_start_without_reset(const UConverter* converter, bool is_unfinished) {
   return !is_unfinished && i18n::is_copyable(converter);
 }

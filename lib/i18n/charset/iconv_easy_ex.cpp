@@ -30,8 +30,8 @@ enum Result {
   kUnmappable = -4
 };
 
-// Makes a converter in the state that another one is in now. That is mostly the initial state, which
-// need not be kept until it is wanted.
+// Makes a converter in the state that another one is in now. That is mostly the initial state,
+// which need not be kept until it is wanted.
 class Beginning {
  public:
   Beginning(const UConverter* converter, bool is_unfinished)

@@ -9,8 +9,8 @@ namespace {
 // How much to ask for: more than a long text needs. The rest is never touched and costs nothing,
 // but without it a program that converts and releases in a loop would lose the end of its heap in
 // each turn, and get it back by page faults that take as long as the conversion. glibc keeps twice
-// the size of the largest block that was ever released, and 128 KiB at first. So the units count for
-// the output as well: it has up to seven bytes for each unit that there is room for.
+// the size of the largest block that was ever released, and 128 KiB at first. So the units count
+// for the output as well: it has up to seven bytes for each unit that there is room for.
 size_t get_request(size_t units) {
   constexpr size_t long_text = 8192;
   constexpr size_t heap_margin = size_t{136} << 10;

@@ -28,8 +28,8 @@ bool is_cuttable(const char* table) {
          std::all_of(table + 0x80, table + 0x100, escapes);
 }
 
-// How many bytes of a text must be escaped; of a long one, about how many, and rather more, by what 64
-// samples of it have: memory is read no more often than it must be.
+// How many bytes of a text must be escaped; of a long one, about how many, and rather more, by what
+// 64 samples of it have: memory is read no more often than it must be.
 size_t estimate_escapes(const char* table, Bytes text) {
   constexpr size_t samples = 64;
   constexpr size_t sample_size = 1024;

@@ -11,8 +11,8 @@
 
 namespace fast {
 
-// Whether what a converter gives does not depend on how much of the text a call sees. Some look ahead,
-// or choose between forms by what they see.
+// Whether what a converter gives does not depend on how much of the text a call sees. Some look
+// ahead, or choose between forms by what they see.
 bool is_independent(const UConverter* converter);
 
 class UnitReader {
