@@ -1,0 +1,119 @@
+// Calls all functions from several threads over all charsets for some minutes.
+//
+//   soak MINUTES
+//
+// Exit status: 0 when memory in use did not grow after the first minute and every round gave the same
+// results, 1 otherwise.
+#include <malloc.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <barrier>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "calls.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Sums = std::pair<std::uint64_t, std::uint64_t>;
+
+constexpr int thread_count = 4;
+
+struct Memory {
+  size_t in_use;    // of what malloc gave out
+  size_t resident;  // of the process
+};
+
+Memory measure() {
+  const struct mallinfo2 info = mallinfo2();
+  std::ifstream statm("/proc/self/statm");
+  size_t pages = 0, resident_pages = 0;
+  statm >> pages >> resident_pages;
+  return {info.uordblks + info.hblkhd, resident_pages * static_cast<size_t>(sysconf(_SC_PAGESIZE))};
+}
+
+// In each round every charset is taken once, by whichever thread comes first.
+class Soak {
+ public:
+  explicit Soak(int limit) : minutes(limit), expected(static_cast<size_t>(charsets.size())) {}
+
+  bool run() {
+    std::vector<std::thread> threads;
+    threads.reserve(thread_count);
+    for (int i = 0; i < thread_count; ++i) threads.emplace_back([this] { work(); });
+    for (std::thread& thread : threads) thread.join();
+    return !failed;
+  }
+
+ private:
+  void work() {
+    while (!ended) {
+      for (int i = next++; i < charsets.size(); i = next++) {
+        const exercise::Results results = charsets.exercise(i);
+        const Sums sums(results.bytes.get(), results.text.get());
+        Sums& known = expected[static_cast<size_t>(i)];
+        if (rounds == 0) known = sums;
+        if (sums != known && !failed.exchange(true)) {
+          std::printf("%s: other results than in the first round\n", charsets.get_name(i));
+        }
+      }
+      end_of_round.arrive_and_wait();
+    }
+  }
+
+  // No other thread runs meanwhile.
+  void close_round() noexcept {
+    ++rounds;
+    next = 0;
+    const auto passed = Clock::now() - start;
+    if (passed < std::chrono::minutes(minute + 1)) return;
+    ++minute;
+    const Memory now = measure();
+    std::printf("minute %3d: %6d rounds, %9zu bytes in use, %6zu KiB resident\n", minute, rounds,
+                now.in_use, now.resident / 1024);
+    std::fflush(stdout);
+    if (minute == 1) first = now;
+    if (now.in_use > first.in_use + in_use_slack ||
+        now.resident > first.resident + resident_slack) {
+      std::printf("memory grows\n");
+      failed = true;
+    }
+    ended = minute == minutes;
+  }
+
+  static constexpr size_t in_use_slack = 1024;
+  static constexpr size_t resident_slack = 4 << 20;
+
+  const int minutes;
+  exercise::Charsets charsets;
+  std::vector<Sums> expected;
+  const Clock::time_point start = Clock::now();
+  Memory first = {};
+  int minute = 0, rounds = 0;
+  std::atomic<int> next = 0;
+  std::atomic<bool> ended = false, failed = false;
+
+  struct Closer {
+    Soak* soak;
+    void operator()() const noexcept { soak->close_round(); }
+  };
+  std::barrier<Closer> end_of_round{thread_count, Closer{this}};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const int minutes = argc == 2 ? std::atoi(argv[1]) : 0;
+  if (minutes < 2) {
+    std::fprintf(stderr, "usage: soak MINUTES, two at least\n");
+    return 2;
+  }
+  return Soak(minutes).run() ? 0 : 1;
+}
