@@ -1,6 +1,6 @@
 // Calls all functions from several threads over all charsets for some minutes.
 //
-//   soak MINUTES
+//   soak MINUTES    0 for one round over all charsets
 //
 // Exit status: 0 when memory in use did not grow after the first minute and every round gave the same
 // results, 1 otherwise.
@@ -72,20 +72,19 @@ class Soak {
   void close_round() noexcept {
     ++rounds;
     next = 0;
-    const auto passed = Clock::now() - start;
-    if (passed < std::chrono::minutes(minute + 1)) return;
+    if (minutes == 0) ended = true;
+    if (Clock::now() - start < std::chrono::minutes(minute + 1)) return;
     ++minute;
     const Memory now = measure();
     std::printf("minute %3d: %6d rounds, %9zu bytes in use, %6zu KiB resident\n", minute, rounds,
                 now.in_use, now.resident / 1024);
-    std::fflush(stdout);
     if (minute == 1) first = now;
     if (now.in_use > first.in_use + in_use_slack ||
         now.resident > first.resident + resident_slack) {
       std::printf("memory grows\n");
       failed = true;
     }
-    ended = minute == minutes;
+    if (minute == minutes) ended = true;
   }
 
   static constexpr size_t in_use_slack = 1024;
@@ -110,10 +109,11 @@ class Soak {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const int minutes = argc == 2 ? std::atoi(argv[1]) : 0;
-  if (minutes < 2) {
-    std::fprintf(stderr, "usage: soak MINUTES, two at least\n");
+  const int minutes = argc == 2 ? std::atoi(argv[1]) : -1;
+  if (minutes < 0) {
+    std::fprintf(stderr, "usage: soak MINUTES\n");
     return 2;
   }
+  std::setvbuf(stdout, nullptr, _IONBF, 0);  // a buffer would be memory in use
   return Soak(minutes).run() ? 0 : 1;
 }
