@@ -14,6 +14,8 @@
 #include <qorviks.h>
 #include <unicode/ucnv.h>
 
+#include "charsets.h"
+
 namespace fuzz {
 
 // Of the current input: the position that each printed message gives, 0 where it gives none, and
@@ -150,10 +152,12 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
   return bytes;
 }
 
-// Fields from the front of an input, then a text from what is left.
+// Fields from the front of an input, then a text from what is left. The first two say what becomes of
+// the text; the next two are the charsets, in every target.
 class Input {
  public:
-  Input(const std::uint8_t* data, size_t size) : bytes(data, data + size) {
+  Input(const std::uint8_t* data, size_t size)
+      : bytes(data, data + size), form(number(3)), repeats(number(256)) {
     messages.clear();
     failed_checks = 0;
   }
@@ -164,7 +168,7 @@ class Input {
     return value % limit;
   }
 
-  // A name that ICU lists, or an odd one: aliases, names that leave a word little room or none, one
+  // A charset, or an odd name: aliases, names that leave a word little room or none, one
   // that does not open, null.
   const char* charset(bool with_odd_names) {
     static const char* const odd_names[] = {
@@ -174,26 +178,25 @@ class Input {
         "UTF-8,x=yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy",
         "odd",
         nullptr};
-    const auto listed = static_cast<unsigned>(ucnv_countAvailable());
+    constexpr unsigned listed = std::size(charsets);
     const unsigned index = number(with_odd_names ? 256 : listed);
     seen_charsets[index] = 1;
-    return index < listed ? ucnv_getAvailableName(static_cast<int>(index))
-                          : odd_names[(index - listed) % std::size(odd_names)];
+    return index < listed ? charsets[index] : odd_names[(index - listed) % std::size(odd_names)];
   }
 
   // Bytes as they come; or taken as UTF-8 and converted to `from`, without what that lacks, or what
   // `to` lacks as well. Repeats let a short input fill many chunks.
   std::string text(const char* from, const char* to, unsigned most = 16) {
-    const unsigned form = number(3), repeats = number(most);
     if (form == 2) convert_text("UTF-8", to, bytes, bytes, false);
     if (form != 0) convert_text(form == 2 ? to : "UTF-8", from, bytes, bytes, false);
     std::string repeated = bytes;
-    for (unsigned i = 0; i < repeats; ++i) repeated += bytes;
+    for (unsigned i = 0; i < repeats % most; ++i) repeated += bytes;
     return repeated;
   }
 
  private:
   std::string bytes;
+  unsigned form, repeats;
 };
 
 }  // namespace fuzz

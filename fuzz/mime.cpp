@@ -24,12 +24,12 @@ std::string take(char* owned) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   fuzz::Input input(data, size);
+  const char* from = input.charset(true);
+  const char* to = input.charset(true);
   const bool header = input.number(2) == 1;
   const unsigned kind = input.number(3);
   const bool chooses = kind == 2;
   const double threshold = input.number(256) / 128.0;
-  const char* from = input.charset(true);
-  const char* to = input.charset(true);
   const std::string text = input.text(from, to).c_str();  // up to the first NUL
   const char* const str = text.c_str();
 
