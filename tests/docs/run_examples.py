@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
-"""Builds the C example of a page, runs it, and compares what it prints with what the page says.
+"""Runs the examples of a page and prints where their output is not what the page says.
 
-  run_example.py PAGE COMPILER [ARGUMENT...]
+  run_examples.py PAGE DIRECTORY_OF_PROGRAMS COMPILER [ARGUMENT...]
 
-In a manual page these are the first two literal displays under EXAMPLES; in a Markdown page, the
-first ```c block that has a main function, and the ```text block that follows it.
+In a manual page these are the first two literal displays under EXAMPLES: a program in C and its output.
+In a Markdown page, each ```c block that has a main function, with the ```text block that follows it,
+and each command in a ```console block, which finds the page's directory around it and the programs in
+its PATH.
 """
+import difflib
 import os
 import re
 import subprocess
@@ -13,21 +16,43 @@ import sys
 import tempfile
 from pathlib import Path
 
-
-def manual_blocks(page):
-    examples = re.search(r"^\.Sh EXAMPLES$(.*?)^\.Sh ", page, re.M | re.S)
-    if not examples:
-        return []
-    displays = re.findall(r"^\.Bd -literal.*?\n(.*?)^\.Ed$", examples[1], re.M | re.S)
-    return [display.replace(r"\e", "\\") for display in displays]
+page, programs, compiler = Path(sys.argv[1]), sys.argv[2], sys.argv[3:]
+environment = {**os.environ, "LC_ALL": "C.UTF-8", "PATH": f"{programs}:{os.environ['PATH']}"}
 
 
-def markdown_blocks(page):
-    blocks = re.findall(r"^```(\w*)\n(.*?)^```$", page, re.M | re.S)
-    for (language, program), (next_language, output) in zip(blocks, blocks[1:]):
-        if language == "c" and "int main(" in program and next_language == "text":
-            return [program, output]
-    return []
+def manual_programs(text):
+    examples = re.search(r"^\.Sh EXAMPLES$(.*?)^\.Sh ", text, re.M | re.S)
+    displays = re.findall(r"^\.Bd -literal.*?\n(.*?)^\.Ed$", examples[1] if examples else "",
+                          re.M | re.S)
+    return [tuple(display.replace(r"\e", "\\") for display in displays[:2])] if displays else []
+
+
+def markdown_programs(text):
+    blocks = re.findall(r"^```(\w*)\n(.*?)^```$", text, re.M | re.S)
+    return [(program, output) for (language, program), (next_language, output)
+            in zip(blocks, blocks[1:])
+            if language == "c" and "int main(" in program and next_language == "text"]
+
+
+def console_commands(text):
+    for block in re.findall(r"^```console\n(.*?)^```$", text, re.M | re.S):
+        for session in block.removeprefix("$ ").split("\n$ "):
+            command, _, output = session.partition("\n")
+            yield command, output
+
+
+def run_program(source):
+    with tempfile.TemporaryDirectory() as scratch:
+        path, binary = Path(scratch, "example.c"), Path(scratch, "example")
+        path.write_text(source, encoding="utf-8")
+        command = [str(path) if argument == "SOURCE" else argument for argument in compiler]
+        subprocess.run([*command, "-o", str(binary)], check=True)
+        return subprocess.run([str(binary)], check=True, stdout=subprocess.PIPE, env=environment)
+
+
+def run_command(command):
+    return subprocess.run(["bash", "-c", command], cwd=page.parent, env=environment,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
 
 def as_printed(text):
@@ -37,25 +62,22 @@ def as_printed(text):
 
 
 def main():
-    page, compiler = Path(sys.argv[1]), sys.argv[2:]
-    read_blocks = markdown_blocks if page.suffix == ".md" else manual_blocks
-    blocks = read_blocks(page.read_text(encoding="utf-8"))
-    if len(blocks) < 2:
+    text = page.read_text(encoding="utf-8")
+    read_programs = markdown_programs if page.suffix == ".md" else manual_programs
+    examples = [(run_program, *example) for example in read_programs(text)]
+    examples += [(run_command, *example) for example in console_commands(text)]
+    if not examples:
         sys.exit(f"{page}: no example with its output")
-    program, expected = blocks[:2]
-
-    with tempfile.TemporaryDirectory() as scratch:
-        source, binary = Path(scratch, "example.c"), Path(scratch, "example")
-        source.write_text(program, encoding="utf-8")
-        command = [str(source) if argument == "SOURCE" else argument for argument in compiler]
-        if subprocess.run([*command, "-o", str(binary)]).returncode != 0:
-            sys.exit(f"{page}: the example does not compile")
-        run = subprocess.run([str(binary)], stdout=subprocess.PIPE,
-                             env={**os.environ, "LC_ALL": "C.UTF-8"})
-    printed = run.stdout.decode("utf-8", "replace")
-    if run.returncode != 0 or as_printed(printed) != as_printed(expected):
-        sys.exit(f"{page}: the example exits {run.returncode} and prints\n{printed}\n"
-                 f"where the page says\n{expected}")
+    wrong = 0
+    for run, example, expected in examples:
+        printed = run(example).stdout.decode("utf-8", "replace")
+        difference = list(difflib.unified_diff(as_printed(expected), as_printed(printed),
+                                               f"{page}", "what is printed", lineterm=""))
+        if difference:
+            wrong += 1
+            print(example.splitlines()[0], *difference, sep="\n")
+    print(f"{page.name}: {len(examples)} examples, {wrong} wrong")
+    sys.exit(wrong != 0)
 
 
 main()
