@@ -9,6 +9,7 @@
 #include <unicode/ucnv.h>
 
 #include "bench.h"
+#include "conversion/chunk_sizes.h"
 
 namespace bench {
 
@@ -96,8 +97,8 @@ Output convert_with_offsets(const Pair& pair, std::string_view text) {
 }
 
 Output convert_in_chunks(const Pair& pair, std::string_view text) {
-  constexpr size_t chunk_units = 86;
-  constexpr size_t chunk_bytes = 256;
+  constexpr size_t chunk_bytes = i18n::chunk_bytes;
+  constexpr size_t chunk_units = i18n::get_unit_chunk(chunk_bytes);
   UChar units[chunk_units];
   char bytes[chunk_bytes];
   int32_t offsets[chunk_bytes];

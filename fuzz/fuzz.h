@@ -15,6 +15,7 @@
 #include <unicode/ucnv.h>
 
 #include "charsets.h"
+#include "i18n_mime_encoding/line_limits.h"
 
 namespace fuzz {
 
@@ -133,7 +134,8 @@ inline std::string decode_base64(std::string_view text) {
 inline std::string decode(std::string_view text, char encoding, std::string_view charset = {},
                           bool with_long_words = false) {
   const bool header = !charset.empty();
-  const std::string_view line_break = header ? "\r\n\t" : "\r\n";
+  const std::string_view line_break =
+      header ? i18n_mime::word_line_break : i18n_mime::body_line_break;
   std::string prefix, bytes;
   if (header) prefix.append("=?").append(charset).append({'?', encoding, '?'});
   for (bool last = false; !last;) {
@@ -141,7 +143,8 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
     last = line.size() == text.size();
     if (!last) text.remove_prefix(line.size() + line_break.size());
     const std::string_view suffix = header ? "?=" : encoding == 'Q' && !last ? "=" : "";
-    check(with_long_words || line.size() <= (header ? 75 : 76), "a line is not too long");
+    const size_t longest = header ? i18n_mime::max_word_line : i18n_mime::max_body_line;
+    check(with_long_words || line.size() <= longest, "a line is not too long");
     check(line.starts_with(prefix) && line.ends_with(suffix), "a line is marked as it must be");
     line.remove_prefix(prefix.size());
     line.remove_suffix(suffix.size());

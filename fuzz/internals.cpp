@@ -4,6 +4,7 @@
 #include <qorvii18n/i18n_mime.hpp>
 
 #include "conversion/charset_to_charset_iter.h"
+#include "conversion/chunk_sizes.h"
 #include "conversion/trivial_iter.h"
 #include "core/string_buffer.h"
 #include "fuzz.h"
@@ -24,7 +25,7 @@ Result run(i18n::CharsetToCharsetIterPrototype&& iter, const std::string& text, 
            int cap) {
   Result result;
   Encoder encoder(charset);
-  i18n::StringBuffer<char> buffer(256);
+  i18n::StringBuffer<char> buffer(i18n::chunk_bytes);
   iter.set_in_str(text);
   if (cap != 0) iter.set_limit_byte_size(cap);
   size_t chunks_left = 64 * (text.size() + 16);
@@ -55,12 +56,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     const int small = static_cast<int>(input.number(8));
     return small == 0 ? usual : small;
   };
-  const int units = pick_size(86), bytes = pick_size(256);
+  constexpr int usual_bytes = i18n::chunk_bytes, usual_units = i18n::get_unit_chunk(usual_bytes);
+  const int units = pick_size(usual_units), bytes = pick_size(usual_bytes);
   const int cap = static_cast<int>(input.number(64));
   const int word_cap = std::min(cap != 0 ? cap : 64, B64HeaderEncoder(to).get_limit_byte_size());
   const std::string text = input.text(from, to, 4);
 
-  const Result usual = run<QPBodyEncoder>(BodyIter(from, to, 86, 256), text, to, 0);
+  const Result usual =
+      run<QPBodyEncoder>(BodyIter(from, to, usual_units, usual_bytes), text, to, 0);
   const Result body = run<QPBodyEncoder>(BodyIter(from, to, units, bytes), text, to, cap);
   const Result q = run<QPHeaderEncoder>(HeaderIter(from, to, units, bytes), text, to, cap);
   const Result b = run<B64HeaderEncoder>(HeaderIter(from, to, units, bytes), text, to, word_cap);
@@ -82,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   const Result qp = run<QPBodyEncoder>(i18n::TrivialIter(bytes), body.bytes, to, cap);
   check(qp.encoded == body.encoded, "quoted-printable does not depend on the chunks");
   const Result b64 = run<B64BodyEncoder>(i18n::TrivialIter(bytes), body.bytes, to, cap);
-  const Result usual_b64 = run<B64BodyEncoder>(i18n::TrivialIter(256), body.bytes, to, 0);
+  const Result usual_b64 = run<B64BodyEncoder>(i18n::TrivialIter(usual_bytes), body.bytes, to, 0);
   check(b64.encoded == usual_b64.encoded, "base64 does not depend on the chunks");
   check(fuzz::decode(b64.encoded, 'B') == body.bytes, "base64 decodes");
   return 0;
