@@ -1,4 +1,5 @@
-// The charsets that inputs name by their position here, so the order is fixed: new ones go to the end.
+// The charsets that inputs name by their position here, so the order is fixed: new ones go to the
+// end.
 #pragma once
 
 namespace fuzz {

@@ -155,8 +155,8 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
   return bytes;
 }
 
-// Fields from the front of an input, then a text from what is left. The first two say what becomes of
-// the text; the next two are the charsets, in every target.
+// Fields from the front of an input, then a text from what is left. The first two say what becomes
+// of the text; the next two are the charsets, in every target.
 class Input {
  public:
   Input(const std::uint8_t* data, size_t size)

@@ -16,8 +16,8 @@ void run(const std::string& input) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
-// What a text holds beside letters of many scripts: a half-width form, a character beyond 16 bits, a
-// tab, what encodings escape, a soft hyphen, a full stop at the end.
+// What a text holds beside letters of many scripts: a half-width form, a character beyond 16 bits,
+// a tab, what encodings escape, a soft hyphen, a full stop at the end.
 constexpr const char* text =
     "Año ÄÖß Жук αβγ שלום 日本語テスト、ｶﾅ 한국어 中文繁體 हिन्दी ไทย 😀𐐀\t=?_ a\u00adb €.\n";
 

@@ -1,5 +1,5 @@
-// Another libqorviks, unlike ours in all that its interface leaves open: lists for tables, a scratch word
-// that is written to, other results, and messages that it keeps.
+// Another libqorviks, unlike ours in all that its interface leaves open: lists for tables, a
+// scratch word that is written to, other results, and messages that it keeps.
 #include <qorvii18n/i18n_catalog.h>
 #include <qorviks.h>
 

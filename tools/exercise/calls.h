@@ -36,8 +36,8 @@ class Charsets {
   int size() const { return static_cast<int>(names.size()); }
   const char* get_name(int index) const { return names[static_cast<size_t>(index)].c_str(); }
 
-  // Calls everything for a charset. Several threads may do so at once, for the same charset as well:
-  // what the thread rules of the library forbid waits.
+  // Calls everything for a charset. Several threads may do so at once, for the same charset as
+  // well: what the thread rules of the library forbid waits.
   Results exercise(int index);
 
  private:

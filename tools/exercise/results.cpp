@@ -1,6 +1,6 @@
 // Writes a checksum of everything that the library makes of texts in each charset to a file, for
-// comparison with another build or machine. The lines "bytes" differ where a charset has the byte order
-// of the machine.
+// comparison with another build or machine. The lines "bytes" differ where a charset has the byte
+// order of the machine.
 #include <cinttypes>
 #include <cstdio>
 

@@ -2,8 +2,8 @@
 //
 //   soak MINUTES    0 for one round over all charsets
 //
-// Exit status: 0 when memory in use did not grow after the first minute and every round gave the same
-// results, 1 otherwise.
+// Exit status: 0 when memory in use did not grow after the first minute and every round gave the
+// same results, 1 otherwise.
 #include <malloc.h>
 #include <unistd.h>
 
