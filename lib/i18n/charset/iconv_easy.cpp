@@ -6,6 +6,7 @@
 
 #include "charset/charset.h"
 #include "charset/converter.h"
+#include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"
 
@@ -52,6 +53,8 @@ int32_t write(const i18n_charset_t& charset, std::u16string_view text, char* out
   return length;
 }
 
+constexpr size_t bytes_per_unit = 4;
+
 int32_t clamp_to_int(int64_t value) {
   using Limits = std::numeric_limits<int32_t>;
   return static_cast<int32_t>(std::clamp<int64_t>(value, Limits::min(), Limits::max()));
@@ -63,6 +66,12 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
                       const i18n_charset_t* to, char* output, int64_t* output_length) {
   if (input_length < 0) return nullptr;
   const std::string_view bytes(input, static_cast<size_t>(input_length));
+  if (output == nullptr) {
+    size_t length;
+    i18n::CString result = i18n::convert_directly(*from, bytes, *to, bytes_per_unit, &length);
+    if (result && output_length != nullptr) *output_length = static_cast<int64_t>(length);
+    if (result) return result.release();
+  }
   i18n::Units buffer(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
   const int32_t units = read(*from, bytes, buffer.get(), &status);
@@ -73,7 +82,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
   if (output != nullptr) {
     capacity = clamp_to_int(*output_length);
   } else {
-    capacity = clamp_to_int(int64_t{4} * units + 1);
+    capacity = clamp_to_int(int64_t{bytes_per_unit} * units + 1);
     allocated = i18n::allocate_c_string(static_cast<size_t>(capacity));
     output = allocated.get();
   }

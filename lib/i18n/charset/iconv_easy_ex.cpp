@@ -9,6 +9,7 @@
 
 #include "charset/charset.h"
 #include "charset/converter.h"
+#include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"
 #include "core/offsets.h"
@@ -136,9 +137,10 @@ bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
          is_before(buffer, bytes.data() + bytes.size());
 }
 
+constexpr size_t bytes_per_unit = 14;  // more than any charset has, escape sequences included
+
 // Stores the buffer and returns its size.
 size_t allocate_output(size_t units, char** output) {
-  constexpr size_t bytes_per_unit = 14;  // more than any charset has, escape sequences included
   const size_t capacity = bytes_per_unit * units + 1;
   *output = i18n::allocate_c_string(capacity).release();
   return capacity;
@@ -168,6 +170,11 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   const bool is_callers = *output != nullptr;
   size_t capacity = std::min(std::exchange(*output_length, 0), max_target_bytes);
   const std::string_view bytes(input, input_length);
+  if (!is_callers) {
+    i18n::CString result = i18n::convert_directly(*from, bytes, *to, bytes_per_unit, output_length);
+    if (result) *output = result.release();
+    if (*output != nullptr) return kConverted;
+  }
   Source source(*from, bytes, is_callers && overlap(bytes, *output, capacity));
   const Progress reading = source.read();
   if (U_FAILURE(reading.status)) {

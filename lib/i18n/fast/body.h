@@ -3,13 +3,15 @@
 
 #include <cstddef>
 
-#include "fast/bytes.h"
+#include "core/bytes.h"
 #include "fast/output.h"
 #include "i18n_mime_encoding/line_limits.h"
 #include "transfer/base64.h"
 #include "transfer/qp_forms.h"
 
 namespace fast {
+
+using i18n::Bytes;
 
 // Each line after the first has that much less room: its line break counts into it.
 constexpr size_t body_break_size = std::char_traits<char>::length(i18n_mime::body_line_break);

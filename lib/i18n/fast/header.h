@@ -3,10 +3,12 @@
 
 #include <qorvii18n/i18n_mime.h>
 
-#include "fast/bytes.h"
+#include "core/bytes.h"
 #include "fast/output.h"
 
 namespace fast {
+
+using i18n::Bytes;
 
 // Each writes the words of a text and returns false when it is not UTF-8: what was written then
 // means nothing. The charset name is written into the words; it must be short.

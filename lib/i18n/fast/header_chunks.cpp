@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "fast/unicode.h"
+#include "core/unicode.h"
 
 namespace fast {
 
@@ -19,7 +19,7 @@ bool HeaderChunks::fetch() {
   if (begins_in_pair) fetched += pair_size;
   const size_t units = begins_in_pair ? units_at_once - 1 : units_at_once;
   const Bytes rest = text.subspan(fetched);
-  const Reach reach = reach_units(rest, units);
+  const i18n::Reach reach = i18n::reach_units(rest, units);
   if (!reach.is_valid) return false;
   // A pair of which one unit has room is the only thing that leaves room beside more text.
   splits_pair = reach.units != units && reach.bytes != rest.size();
@@ -40,7 +40,7 @@ void HeaderChunks::write() {
   } else {
     const size_t last = find_character(limit);
     written = limit;
-    held = last == limit ? limit : last + get_character_size(text.subspan(last));
+    held = last == limit ? limit : last + i18n::get_character_size(text.subspan(last));
   }
 
   size_t end = written;
@@ -54,7 +54,7 @@ void HeaderChunks::write() {
 }
 
 size_t HeaderChunks::find_character(size_t at) const {
-  while (continues_character(text[at])) --at;
+  while (i18n::continues_character(text[at])) --at;
   return at;
 }
 

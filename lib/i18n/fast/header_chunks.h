@@ -4,9 +4,11 @@
 #include <cstddef>
 
 #include "conversion/chunk_sizes.h"
-#include "fast/bytes.h"
+#include "core/bytes.h"
 
 namespace fast {
+
+using i18n::Bytes;
 
 // The exact road converts 86 UTF-16 units at a time and writes them as chunks of UTF-8, which are
 // pieces of the text itself. A chunk holds back its last character, as long as more follows, and

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "charset/converter.h"
+#include "core/unicode.h"
 #include "fast/icu_pieces.h"
-#include "fast/unicode.h"
 
 namespace fast {
 
@@ -52,7 +52,7 @@ class DirectPieces final : public Pieces {
   size_t get_piece_size() const {
     if (text.size() <= most_bytes) return text.size();
     size_t piece_size = most_bytes;
-    while (piece_size > most_bytes - 3 && continues_character(text[piece_size])) --piece_size;
+    while (piece_size > most_bytes - 3 && i18n::continues_character(text[piece_size])) --piece_size;
     return piece_size;
   }
 
@@ -60,7 +60,7 @@ class DirectPieces final : public Pieces {
   Bytes text;
   size_t size;
   bool failed = false;
-  unsigned char converted[2 * most_bytes + copy_slack];
+  unsigned char converted[2 * most_bytes + i18n::copy_slack];
 };
 
 enum class Kind { kUtf8, kLatin1, kAscii, kOther };
@@ -95,17 +95,17 @@ struct Charset {
 };
 
 bool is_unchanged(Kind from, Kind to, Bytes text) {
-  if (from == to && to == Kind::kUtf8) return is_utf8(text);
+  if (from == to && to == Kind::kUtf8) return i18n::is_utf8(text);
   if (from == to && to == Kind::kLatin1) return true;
-  return is_ascii(text);
+  return i18n::is_ascii(text);
 }
 
 std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
   if (from == Kind::kUtf8 && to == Kind::kLatin1) {
-    return std::make_unique<DirectPieces>(utf8_to_latin1, text, get_latin1_size(text));
+    return std::make_unique<DirectPieces>(i18n::utf8_to_latin1, text, i18n::get_latin1_size(text));
   }
   if (from == Kind::kLatin1 && to == Kind::kUtf8) {
-    return std::make_unique<DirectPieces>(latin1_to_utf8, text, get_utf8_size(text));
+    return std::make_unique<DirectPieces>(i18n::latin1_to_utf8, text, i18n::get_utf8_size(text));
   }
   if (is_unchanged(from, to, text)) return std::make_unique<WholeText>(text);
   return nullptr;

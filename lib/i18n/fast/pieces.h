@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <memory>
 
-#include "fast/bytes.h"
+#include "core/bytes.h"
 
 namespace fast {
+
+using i18n::Bytes;
 
 class Pieces {
  public:

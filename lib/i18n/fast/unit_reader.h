@@ -7,9 +7,11 @@
 #include <unicode/ucnv.h>
 
 #include "charset/converter.h"
-#include "fast/bytes.h"
+#include "core/bytes.h"
 
 namespace fast {
+
+using i18n::Bytes;
 
 // Whether what a converter gives does not depend on how much of the text a call sees. Some look
 // ahead, or choose between forms by what they see.

@@ -4,9 +4,9 @@
 
 #include <cstddef>
 
-#include "fast/bytes.h"
+#include "core/bytes.h"
 
-namespace fast {
+namespace i18n {
 
 inline bool continues_character(unsigned char byte) { return (byte & 0xc0) == 0x80; }
 
@@ -36,4 +36,4 @@ unsigned char* latin1_to_utf8(unsigned char* out, Bytes text);  // at most two f
 size_t get_latin1_size(Bytes utf8);
 size_t get_utf8_size(Bytes latin1);
 
-}  // namespace fast
+}  // namespace i18n

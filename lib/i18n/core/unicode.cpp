@@ -1,11 +1,11 @@
-#include "fast/unicode.h"
+#include "core/unicode.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-namespace fast {
+namespace i18n {
 
 namespace {
 
@@ -145,4 +145,4 @@ size_t get_utf8_size(Bytes latin1) {
   return size;
 }
 
-}  // namespace fast
+}  // namespace i18n
