@@ -167,6 +167,23 @@ Output encode_header(const std::string& text) {
   return folded;
 }
 
+Output encode_part(const std::string& text) {
+  GMimeTextPart* const part = g_mime_text_part_new_with_subtype("plain");
+  auto* const as_part = reinterpret_cast<GMimePart*>(part);
+  g_mime_text_part_set_charset(part, "UTF-8");
+  g_mime_text_part_set_text(part, text.c_str());
+  g_mime_part_set_content_encoding(
+      as_part, g_mime_part_get_best_content_encoding(as_part, GMIME_ENCODING_CONSTRAINT_7BIT));
+  GByteArray* const bytes = g_byte_array_new();
+  GMimeStream* const stream = g_mime_stream_mem_new_with_byte_array(bytes);
+  g_mime_object_write_to_stream(reinterpret_cast<GMimeObject*>(part), nullptr, stream);
+  const size_t size = bytes->len;
+  g_mime_stream_mem_set_owner(reinterpret_cast<GMimeStreamMem*>(stream), false);
+  g_object_unref(stream);
+  g_object_unref(part);
+  return {{reinterpret_cast<char*>(g_byte_array_free(bytes, false)), g_free}, size};
+}
+
 Function icu_in_chunks(const char* from, const char* to) {
   return [pair = std::make_shared<Pair>(from, to)](const std::string& text) {
     return convert_in_chunks(*pair, text);
@@ -198,6 +215,19 @@ std::string decode_base64(std::string_view output) {
 
 std::string decode_quoted_printable(std::string_view output) {
   return decode(output, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+}
+
+std::string decode_part(std::string_view output) {
+  std::string lines(output);
+  std::erase(lines, '\r');
+  const size_t head = lines.find("\n\n") + 2;
+  require(head > 2, "a part has a head");
+  const bool is_base64 = std::string_view(lines).substr(0, head).find(": base64") != lines.npos;
+  const std::string_view body = std::string_view(lines).substr(head);
+  std::string text = is_base64 ? decode_base64(body) : decode_quoted_printable(body);
+  std::erase(text, '\r');
+  if (text.ends_with('\n')) text.pop_back();
+  return text;
 }
 
 // Word by word: GMime's decoder takes neighbours for one base64 text, which padding would end.

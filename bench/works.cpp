@@ -1,5 +1,6 @@
 // The functions of the library that are measured, each beside its reference.
 #include <qorvii18n/i18n_iconv.h>
+#include <qorvii18n/i18n_mail.h>
 #include <qorvii18n/i18n_mime.h>
 
 #include "bench.h"
@@ -43,6 +44,17 @@ Function easy_ex(const char* from, const char* to) {
   };
 }
 
+void free_mail(void* result) { i18n_mail_free(static_cast<char*>(result)); }
+
+template <auto make>
+Function mail(const char* from, const char* to) {
+  constexpr bool is_header = make == i18n_mail_header;
+  return [=](const std::string& text) -> Output {
+    return {{make(is_header ? "Subject" : "plain", text.data(), text.size(), from, to, nullptr),
+             free_mail}};
+  };
+}
+
 // A reference that works on a text as it is, whatever its charset.
 template <Output (*encode)(const std::string&)>
 Function peer(const char* /*from*/, const char* /*to*/) {
@@ -82,6 +94,10 @@ const Work b_header = {
 const Work q_header = {
     "Q header",          " ",          mime<i18n_mime_encode_header_qp>, decode_header,
     peer<encode_header>, decode_header};
+const Work mail_header = {"i18n_mail_header",  " ",          mail<i18n_mail_header>, decode_header,
+                          peer<encode_header>, decode_header};
+const Work mail_text = {"i18n_mail_text",  "\n",       mail<i18n_mail_text>, decode_part,
+                        peer<encode_part>, decode_part};
 const Work iconv_easy = {"i18n_iconv_easy", "\n", easy, keep, icu_in_two_calls, keep};
 const Work iconv_easy_ex = {"i18n_iconv_easy_ex", "\n", easy_ex, keep, icu_with_offsets, keep};
 

@@ -2,11 +2,14 @@
 #
 #   runtime                      libqorvii18n.so.N
 #   development                  headers, CMake package, qorvii18n.pc, manual pages, guides
+#   mail                         libqorvii18n-mail.so.N
+#   mail_development             its headers, CMake target, qorvii18n-mail.pc, manual page
 #   kernel_services              libqorviks.so.N, the stand-in
 #   kernel_services_development  qorviks.h, its CMake target, qorviks.pc
 #
 # The stand-in has components of its own because a real libqorviks may be there already: everything
-# in the first two works beside either.
+# in the first four works beside either. The CMake target of the mail library is a component of the
+# package in `development`.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/qorvii18n)
@@ -21,6 +24,9 @@ endif()
 install(TARGETS qorvii18n EXPORT qorvii18n-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     COMPONENT runtime NAMELINK_COMPONENT development)
+install(TARGETS qorvii18n-mail EXPORT qorvii18n-mail-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT mail NAMELINK_COMPONENT mail_development)
 install(TARGETS qorviks EXPORT qorviks-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     COMPONENT kernel_services NAMELINK_COMPONENT kernel_services_development)
@@ -37,12 +43,18 @@ install(FILES
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n COMPONENT development)
 install(FILES docs/encoded-words.md docs/limits.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(FILES
+    include/qorvii18n/i18n_mail.h
+    ${PROJECT_BINARY_DIR}/lib/mail/include/qorvii18n/mail_export.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n COMPONENT mail_development)
 install(FILES lib/ks/qorviks.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT kernel_services_development)
 
-# The CMake package. The two exports are files of their own so that either can be left out.
+# The CMake package. The exports are files of their own so that any can be left out.
 install(EXPORT qorvii18n-targets NAMESPACE qorvii18n::
   DESTINATION ${package_dir} COMPONENT development)
+install(EXPORT qorvii18n-mail-targets NAMESPACE qorvii18n::
+  DESTINATION ${package_dir} COMPONENT mail_development)
 install(EXPORT qorviks-targets NAMESPACE qorvii18n::
   DESTINATION ${package_dir} COMPONENT kernel_services_development)
 configure_package_config_file(cmake/qorvii18n-config.cmake.in
@@ -63,8 +75,11 @@ file(RELATIVE_PATH QORVII18N_PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_F
 file(RELATIVE_PATH QORVII18N_PC_INCLUDEDIR
   ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/qorvii18n.pc.in ${PROJECT_BINARY_DIR}/qorvii18n.pc @ONLY)
+configure_file(cmake/qorvii18n-mail.pc.in ${PROJECT_BINARY_DIR}/qorvii18n-mail.pc @ONLY)
 configure_file(cmake/qorviks.pc.in ${PROJECT_BINARY_DIR}/qorviks.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qorvii18n.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/qorvii18n-mail.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT mail_development)
 install(FILES ${PROJECT_BINARY_DIR}/qorviks.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT kernel_services_development)

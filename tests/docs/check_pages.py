@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks that every exported C function has a manual page that names it, and the pages' language.
 
-  check_pages.py MANUAL_DIRECTORY LIBRARY NM MANDOC
+  check_pages.py MANUAL_DIRECTORY NM MANDOC LIBRARY...
 
 The directory has man3 and man7, with the pages that only lead to another one.
 """
@@ -19,12 +19,15 @@ def c_functions(library, nm):
 
 
 def main():
-    manual, library, nm, mandoc = sys.argv[1:]
+    manual, nm, mandoc, *libraries = sys.argv[1:]
     faults = []
 
-    functions = c_functions(library, nm)
-    if not functions:
-        faults.append(f"{library} exports no C function")
+    functions = []
+    for library in libraries:
+        exported = c_functions(library, nm)
+        functions += exported
+        if not exported:
+            faults.append(f"{library} exports no C function")
     for function in functions:
         page = Path(manual, "man3", f"{function}.3")
         if page.is_file() and (link := re.fullmatch(r"\.so (\S+)\n", page.read_text())):
@@ -42,7 +45,7 @@ def main():
     for page in pages:
         is_link = page.read_text().startswith(".so ")
         if is_link and page.stem not in functions:
-            faults.append(f"{page}: the library exports no such function")
+            faults.append(f"{page}: no library exports such a function")
         if not is_link:
             lint = subprocess.run([mandoc, "-Tlint", "-W", "warning", str(page)], text=True,
                                   stdout=subprocess.PIPE)

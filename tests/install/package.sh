@@ -22,7 +22,7 @@ install_into() { # PREFIX COMPONENT...
 files_of() { (cd "$1" && find . ! -type d -printf '%P\n' | sort); }
 
 echo "== every file belongs to one component, and only these are installed"
-for component in runtime development kernel_services kernel_services_development; do
+for component in runtime development mail mail_development kernel_services kernel_services_development; do
   install_into "$scratch/$component" $component
   files_of "$scratch/$component" |
     sed -E "s|^$libdir/|LIBDIR/|; s|(\.so\.[0-9]+)\.[0-9.]+$|\1.*|; s|-targets-[a-z]+\.|-targets-CONFIG.|
@@ -35,8 +35,8 @@ diff <(files_of "$scratch/first") <(for component in "$scratch"/[!f]*; do files_
 echo "== the public headers are all there, and each can be the first"
 prefix=$scratch/moved
 mv "$scratch/first" "$prefix"
-diff <(ls "$source_dir/include/qorvii18n") <(ls --ignore=export.h --ignore=version.h "$prefix/include/qorvii18n") ||
-  fail "headers"
+diff <(ls "$source_dir/include/qorvii18n") \
+  <(ls --ignore='*export.h' --ignore=version.h "$prefix/include/qorvii18n") || fail "headers"
 for header in "$prefix"/include/qorvii18n/*.h "$prefix"/include/qorviks.h; do
   "$cc" -std=c99 -pedantic -Wall -Wextra -Wstrict-prototypes -Werror -I"$prefix/include" \
     -fsyntax-only -x c - < <(echo "#include <${header#"$prefix"/include/}>"; echo 'extern int last;')
@@ -51,7 +51,7 @@ for header in "$prefix"/include/qorvii18n/*.hpp; do
 done
 
 echo "== sonames, links and run paths"
-for name in qorvii18n qorviks; do
+for name in qorvii18n qorvii18n-mail qorviks; do
   library=$prefix/$libdir/lib$name.so
   soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
   [[ $soname =~ ^lib$name\.so\.[0-9]+$ ]] || fail "lib$name: soname '$soname'"
@@ -59,7 +59,7 @@ for name in qorvii18n qorviks; do
   [[ $(readlink "$prefix/$libdir/$soname") == "$soname".* ]] || fail "$soname does not lead to the file"
 done
 runpath() { readelf -d "$prefix/$libdir/lib$1.so" | sed -n 's/.*(R.*PATH).*\[\(.*\)\]/\1/p'; }
-[ "$(runpath qorvii18n)$(runpath qorviks)" = '$ORIGIN' ] || fail "run path $(runpath qorvii18n)"
+[ "$(runpath qorvii18n)$(runpath qorvii18n-mail)$(runpath qorviks)" = '$ORIGIN' ] || fail "run path $(runpath qorvii18n)"
 if grep -rIlE "$scratch|$build_dir|$source_dir" "$prefix"; then fail "a path of this machine inside"; fi
 
 echo "== C99 program through pkg-config"
@@ -74,6 +74,15 @@ pkg-config --exists qorviks
   "$source_dir/tests/install/consumer.c" -o "$scratch/consumer_c" "${libs[@]}"
 LD_LIBRARY_PATH=$prefix/$libdir "$scratch/consumer_c"
 
+echo "== mail programs in C99 and C++17 through pkg-config"
+read -ra mail_flags < <(pkg-config --cflags --libs qorvii18n-mail)
+[ "${#mail_flags[@]}" = 3 ] || fail "more flags than needed: ${mail_flags[*]}"
+"$cc" "${flags[@]}" -std=c99 -pedantic -Wall -Werror -Wstrict-prototypes \
+  "$source_dir/tests/install/mail_consumer.c" -o "$scratch/mail_c" "${mail_flags[@]}"
+"$cxx" "${flags[@]}" -std=c++17 -pedantic -Wall -Wextra -Werror -x c++ \
+  "$source_dir/tests/install/mail_consumer.c" -o "$scratch/mail_cpp" "${mail_flags[@]}"
+for program in mail_c mail_cpp; do LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$program"; done
+
 # Configures the C++ program against the prefixes in $1, with more arguments for cmake.
 configure() {
   rm -rf "$scratch/build"
@@ -84,6 +93,7 @@ configure() {
 build_and_run() {
   cmake --build "$scratch/build" >"$scratch/log" 2>&1 || { cat "$scratch/log"; fail "build"; }
   "$scratch/build/consumer"
+  if [ -x "$scratch/build/mail_consumer" ]; then "$scratch/build/mail_consumer"; fi
 }
 
 echo "== C++17 program through find_package"
@@ -95,6 +105,8 @@ if grep '"command"' "$scratch/build/compile_commands.json" | tr ' ' '\n' |
   grep -E '^-[^Ioc]' | grep -vE -- "$given"; then
   fail "the package adds flags"
 fi
+
+[ -x "$scratch/build/mail_consumer" ] || fail "no mail program"
 
 echo "== a libqorviks from elsewhere, without a CMake package"
 install_into "$scratch/alone" runtime development

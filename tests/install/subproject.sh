@@ -16,14 +16,15 @@ cmake -S "$source_dir/tests/install/subproject" -B "$scratch/build" -G Ninja \
   -DCMAKE_UNITY_BUILD=ON -DQORVII18N_SOURCE="$source_dir" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 cmake --build "$scratch/build" -j2 >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 "$scratch/build/consumer"
+"$scratch/build/mail_consumer"
 
 echo "== no flags of ours"
 commands=$(grep '"command"' "$scratch/build/compile_commands.json")
-[ "$(grep -c consumer.c <<<"$commands")" = 1 ] || fail "no compile command of the program"
+[ "$(grep -c consumer.c <<<"$commands")" = 2 ] || fail "no compile command of the program"
 if grep consumer.c <<<"$commands" | tr ' ' '\n' | grep -E '^-[^Ioc]'; then
   fail "the program is compiled with flags of ours"
 fi
-if tr ' ' '\n' <<<"$commands" | grep -E '^-W|/tests/|/bench/|/examples/' | grep -v /tests/install/consumer.c; then
+if tr ' ' '\n' <<<"$commands" | grep -E '^-W|/tests/|/bench/|/examples/' | grep -vE '/tests/install/(mail_)?consumer.c'; then
   fail "warnings, tests, benchmarks or examples in a subproject"
 fi
 

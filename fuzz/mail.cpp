@@ -1,0 +1,311 @@
+// Fields and parts of mails, with any arguments: what is made is a well-formed mail that reads as
+// the text that went in, and a failure has a reason. Inputs are readable: a letter for the
+// function, one for how often the text is repeated, then lines with a name, an address, the charset
+// and the mail charset (empty for null), then the text.
+#include <qorvii18n/i18n_mail.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "fuzz.h"
+
+using fuzz::check;
+
+namespace {
+
+using Text = std::string_view;
+
+constexpr size_t line_columns = 76;
+
+bool is_shown(char c) { return ' ' <= c && c <= '~'; }
+
+// In UTF-8, null when it cannot be converted.
+std::optional<std::string> convert(Text from, Text to, const std::string& text) {
+  std::string converted;
+  const bool done =
+      fuzz::convert_text(std::string(from).c_str(), std::string(to).c_str(), text, converted);
+  return done ? std::optional(converted) : std::nullopt;
+}
+
+std::string decode_q(Text text) {
+  std::string bytes;
+  for (size_t i = 0; i < text.size(); ++i) {
+    check(is_shown(text[i]), "no bare control in quoted-printable");
+    if (text[i] != '=') {
+      bytes += text[i];
+    } else {
+      check(text.size() - i > 2, "escapes are whole");
+      bytes += fuzz::join_digits(text.substr(i + 1, 2), "0123456789ABCDEF", 4);
+      i += 2;
+    }
+  }
+  return bytes;
+}
+
+std::vector<Text> split(Text text, Text separator) {
+  std::vector<Text> parts;
+  for (size_t end; (end = text.find(separator)) != text.npos;) {
+    parts.push_back(text.substr(0, end));
+    text.remove_prefix(end + separator.size());
+  }
+  parts.push_back(text);
+  return parts;
+}
+
+// Words and their gaps, as RFC 2047 has them. A fold stands as a line feed in front of its blank.
+std::string decode_words(Text value) {
+  std::string text;
+  bool was_encoded = false, was_padded = false;
+  std::vector<Text> words = split(value, " ");
+  for (size_t i = 0; i < words.size(); ++i) {
+    Text word = words[i];
+    const bool folds = word.ends_with('\n');
+    if (folds) word.remove_suffix(1);
+    const std::vector<Text> fields = split(word, "?");
+    const bool is_encoded = word.starts_with("=?");
+    check(is_encoded || word.find("=?") == word.npos, "plain words do not look encoded");
+    check(!(was_encoded && !is_encoded && i > 0 && words[i - 1].ends_with('\n')),
+          "no fold between an encoded word and a plain one");
+    if (i > 0 && !(was_encoded && is_encoded)) text += ' ';
+    if (is_encoded) {
+      check(fields.size() == 5 && fields[0] == "=" && fields[4] == "=", "words have five parts");
+      check(word.size() <= 75, "words have at most 75 characters");
+      const bool is_b = fields[2] == "B";
+      check(is_b || fields[2] == "Q", "an encoding is Q or B");
+      check(!(is_b && was_padded), "no padded B word in front of another");
+      was_padded = is_b && fields[3].ends_with('=');
+      const auto decoded =
+          convert(fields[1], "UTF-8", is_b ? fuzz::decode_base64(fields[3]) : decode_q(fields[3]));
+      check(decoded && !decoded->empty(), "each word decodes alone");
+      text += *decoded;
+    } else {
+      was_padded = false;
+      text += word;
+    }
+    was_encoded = is_encoded;
+  }
+  return text;
+}
+
+// A field's value with a line feed for the line end of each fold.
+std::string unfold(Text field, const std::string& name) {
+  check(field.starts_with(name + ": "), "the field has its name");
+  std::string unfolded;
+  const std::vector<Text> lines = split(field, "\r\n");
+  for (size_t i = 0; i < lines.size(); ++i) {
+    Text line = lines[i];
+    for (const char c : line) check(is_shown(c), "lines are ASCII, without controls");
+    const size_t columns = line.size();
+    line.remove_prefix(i == 0 ? name.size() + 2 : 0);
+    check(i == 0 || (line.starts_with(' ') && line.size() > 1 && line[1] != ' '), "a fold");
+    check(lines.size() == 1 || !line.empty(), "no fold after the colon");
+    if (columns > line_columns) {
+      const Text token = line.substr(i == 0 ? 0 : 1);
+      check(columns <= 998 && token.find(' ') == token.npos, "only single words are too long");
+      check(!token.starts_with("=?") || (i == 0 && name.size() > 30), "encoded words are not");
+    }
+    unfolded.append(i == 0 ? "" : "\n").append(line);
+  }
+  return unfolded;
+}
+
+void check_header(const std::string& field, const std::string& name, const std::string& text) {
+  check(decode_words(unfold(field, name)) == text, "a field is the text");
+}
+
+// Two equal items.
+void check_addresses(const std::string& field, const std::string& name, const std::string& text) {
+  std::string value = unfold(field, name);
+  const size_t begin = value.rfind('<') + 1;
+  const std::string end = text.empty() ? "" : ">";
+  const std::string address = text.empty() ? value.substr(0, value.find(','))
+                                           : value.substr(begin, value.size() - begin - 1);
+  const size_t comma =
+      text.empty() ? address.size() : value.find('<' + address + ">,") + address.size() + 2;
+  for (Text item : {Text(value).substr(0, comma), Text(value).substr(comma + 1)}) {
+    while (!item.empty() && (item[0] == '\n' || item[0] == ' ')) item.remove_prefix(1);
+    if (text.empty()) {
+      check(item == address, "a bare address");
+      continue;
+    }
+    check(item.ends_with('<' + address + '>'), "an address between brackets");
+    item.remove_suffix(address.size() + 2);
+    item.remove_suffix(item.ends_with("\n ") ? 2 : 1);
+    std::string phrase(item);
+    if (item.starts_with('"')) {
+      phrase.clear();
+      for (size_t i = 1; i + 1 < item.size(); ++i) phrase += item[item[i] == '\\' ? ++i : i];
+    } else {
+      phrase = decode_words(item);
+    }
+    check(phrase == text, "a name is the text");
+  }
+  for (const char c : address) check(Text(" <>,;:()\"[]\\\n").find(c) == Text::npos, "an address");
+}
+
+void check_parameter(const std::string& result, const std::string& name, const std::string& text) {
+  std::string value;
+  const std::vector<Text> lines = split(result, "\r\n");
+  check(lines.size() > 1 && lines[0] == ";", "a parameter begins with its separator");
+  for (size_t i = 1; i < lines.size(); ++i) {
+    const bool is_last = i + 1 == lines.size();
+    check(lines[i].size() < line_columns + (is_last ? 0 : 1), "a line has room for a separator");
+    check(lines[i].starts_with(' ' + name), "a parameter has its name");
+    std::string line(
+        lines[i].substr(1 + name.size(), lines[i].size() - name.size() - (is_last ? 1 : 2)));
+    const std::string section = line.substr(0, line.find('=') + 1);
+    line.erase(0, section.size());
+    if (section == "=") {
+      value = line.starts_with('"') ? line.substr(1, line.size() - 2) : line;
+      check(value.find_first_of("\"\\") == value.npos, "quoted strings have no quoted pairs");
+      continue;
+    }
+    check(section == (lines.size() == 2 ? "*=" : '*' + std::to_string(i - 1) + "*="), "a section");
+    check(i > 1 || line.starts_with("UTF-8''"), "a charset");
+    line.erase(0, i == 1 ? 7 : 0);
+    std::replace(line.begin(), line.end(), '%', '=');
+    check(convert("UTF-8", "UTF-8", decode_q(line)).has_value(), "sections are whole");
+    value += decode_q(line);
+  }
+  check(value == text, "a parameter is the text");
+}
+
+std::string end_lines(const std::string& text) {
+  std::string lines;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool is_end = text[i] == '\r' || text[i] == '\n';
+    lines += is_end ? "\r\n" : std::string(1, text[i]);
+    i += text[i] == '\r' && text[i + 1] == '\n' ? 1 : 0;
+  }
+  return lines.empty() || lines.ends_with("\r\n") ? lines : lines + "\r\n";
+}
+
+std::string decode_body(Text encoding, Text body) {
+  std::string bytes;
+  check(body.empty() || body.ends_with("\r\n"), "bodies end with a line end");
+  if (!body.empty())
+    body.remove_suffix(2);
+  else
+    return bytes;
+  for (Text line : split(body, "\r\n")) {
+    check(line.size() <= line_columns, "lines have at most 76 columns");
+    if (encoding == "base64") {
+      bytes += line;
+      continue;
+    }
+    check(!line.ends_with(' ') && !line.ends_with('\t'), "lines do not end in blanks");
+    check(!line.starts_with("From ") && !line.starts_with('.'), "lines begin with no mark");
+    for (const char c : line) check(is_shown(c) || (c == '\t' && encoding == "7bit"), "a control");
+    const bool is_soft = encoding != "7bit" && line.ends_with('=');
+    if (is_soft) line.remove_suffix(1);
+    bytes += encoding == "7bit" ? std::string(line) : decode_q(line);
+    bytes += is_soft ? "" : "\r\n";
+  }
+  return encoding == "base64" ? fuzz::decode_base64(bytes) : bytes;
+}
+
+void check_part(const std::string& part, const std::string& type, const std::string& bytes,
+                bool is_text) {
+  const Text head = Text(part).substr(0, part.find("\r\n\r\n"));
+  const Text body = Text(part).substr(head.size() + 4);
+  const std::string mark = "\r\nContent-Transfer-Encoding: ";
+  const size_t end = head.find(mark);
+  check(head.starts_with("Content-Type: " + type) && end != head.npos, "a part's head");
+  const Text encoding = head.substr(end + mark.size());
+  const size_t charset = head.find("charset=") + 8;
+  const std::string decoded = decode_body(encoding, body);
+  if (!is_text) {
+    check(head == "Content-Type: " + type + mark + "base64" && decoded == bytes, "data");
+    return;
+  }
+  check(split(head, "\r\n").size() <= 3, "a part's head has two fields");
+  check(encoding == "7bit" || encoding == "base64" || encoding == "quoted-printable", "encoding");
+  const size_t base64_size = (decoded.size() + 2) / 3 * 4;
+  check(body.size() <= base64_size + (base64_size + 75) / 76 * 2 || encoding == "7bit", "shortest");
+  check(convert(head.substr(charset, end - charset), "UTF-8", decoded) == end_lines(bytes),
+        "a body is the text");
+}
+
+std::string take_line(std::string& input) {
+  const size_t end = std::min(input.find('\n'), input.size());
+  const std::string line = input.substr(0, end);
+  input.erase(0, end + 1);
+  return line.substr(0, line.find('\0'));
+}
+
+// Whether a call has to fail so, as far as that is plain to see.
+bool is_reason(i18n_mail_status_t status, const std::string& charset,
+               const std::string& mail_charset, const std::string& text) {
+  const auto utf8 = convert(charset, "UTF-8", text);
+  const auto written = utf8 ? convert("UTF-8", mail_charset, *utf8) : std::nullopt;
+  const bool is_unknown = fuzz::open_converter(charset.c_str()).isNull();
+  if (status == I18N_MAIL_UNKNOWN_CHARSET) return is_unknown || charset == "x11-compound-text";
+  if (status == I18N_MAIL_INVALID_TEXT) return !utf8;
+  if (status == I18N_MAIL_FORBIDDEN_CHARACTER) {
+    return utf8->find_first_of(Text("\0\r\n", 3)) != utf8->npos;
+  }
+  if (status == I18N_MAIL_LACKING_CHARACTER) {
+    return !written || convert(mail_charset, "UTF-8", *written) != utf8;
+  }
+  return status != I18N_MAIL_OK && status != I18N_MAIL_OUT_OF_MEMORY;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
+  std::string text(data, data + size);
+  text.resize(std::max<size_t>(text.size(), 2), 'a');
+  const char function = text[0];
+  const int repeats = text[1] & 63;
+  text.erase(0, 2);
+  const std::string name = take_line(text), address = take_line(text);
+  std::string charset = take_line(text), mail_charset = take_line(text);
+  // Seeds are in UTF-8.
+  if (const auto converted = convert("UTF-8", charset.empty() ? "UTF-8" : charset, text)) {
+    text = *converted;
+  }
+  const std::string once = text;
+  for (int i = 0; i < repeats; ++i) text += once;
+
+  const char* const from = charset.empty() ? nullptr : charset.c_str();
+  const char* const to = mail_charset.empty() ? nullptr : mail_charset.c_str();
+  const i18n_mail_address_t items[2] = {{text.data(), text.size(), address.c_str()},
+                                        {text.data(), text.size(), address.c_str()}};
+  i18n_mail_error_t error = {I18N_MAIL_BAD_NAME, 7, 7};
+  char* const result =
+      function == 'a'   ? i18n_mail_addresses(name.c_str(), items, 2, from, to, &error)
+      : function == 'p' ? i18n_mail_parameter(name.c_str(), text.data(), text.size(), from, &error)
+      : function == 't' ? i18n_mail_text(name.c_str(), text.data(), text.size(), from, to, &error)
+      : function == 'd'
+          ? i18n_mail_data(name.c_str(), text.data(), text.size(), &error)
+          : i18n_mail_header(name.c_str(), text.data(), text.size(), from, to, &error);
+  if (charset.empty()) charset = "UTF-8";
+  if (mail_charset.empty() || function == 'p') mail_charset = "UTF-8";
+  if (result == nullptr) {
+    check(is_reason(error.status, charset, mail_charset, text), "a failure has a reason");
+    const size_t longest = error.status == I18N_MAIL_BAD_NAME      ? name.size()
+                           : error.status == I18N_MAIL_BAD_ADDRESS ? address.size()
+                                                                   : text.size();
+    check(error.item == 0 && error.position <= longest, "a failure lies in what was passed");
+    return 0;
+  }
+  const std::string made = result;
+  i18n_mail_free(result);
+  check(error.status == I18N_MAIL_OK && error.item == 0 && error.position == 0, "no error");
+  if (function == 'd') {
+    check_part(made, name, text, false);
+    return 0;
+  }
+  const auto utf8 = convert(charset, "UTF-8", text);
+  check(utf8.has_value(), "what is invalid is not written");
+  if (function == 'a') {
+    check_addresses(made, name, *utf8);
+  } else if (function == 'p') {
+    check_parameter(made, name, *utf8);
+  } else if (function == 't') {
+    check_part(made, "text/" + name + ';', *utf8, true);
+  } else {
+    check_header(made, name, *utf8);
+  }
+  return 0;
+}

@@ -1,0 +1,55 @@
+// How a call ends: with a result from malloc, or with an error that says what and where.
+#pragma once
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include <qorvii18n/i18n_mail.h>
+#include <unicode/utypes.h>
+
+namespace mail {
+
+// Thrown inside the library only.
+struct Failure {
+  i18n_mail_status_t status = I18N_MAIL_OK;
+  size_t position = 0;
+  size_t item = 0;
+};
+
+[[noreturn]] inline void fail(i18n_mail_status_t status, size_t position = 0) {
+  throw Failure{status, position};
+}
+
+// ICU's way of saying that memory ran out.
+inline void check_memory(UErrorCode status) {
+  if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+}
+
+inline char* copy_result(const std::string& text) {
+  auto* result = static_cast<char*>(std::malloc(text.size() + 1));
+  if (result == nullptr) throw std::bad_alloc();
+  std::memcpy(result, text.c_str(), text.size() + 1);
+  return result;
+}
+
+template <class Make>
+char* call(i18n_mail_error_t* error, Make make) noexcept {
+  char* result = nullptr;
+  Failure failure;
+  try {
+    result = copy_result(make());
+  } catch (const Failure& caught) {
+    failure = caught;
+  } catch (const std::bad_alloc&) {
+    failure.status = I18N_MAIL_OUT_OF_MEMORY;
+  } catch (const std::length_error&) {
+    failure.status = I18N_MAIL_OUT_OF_MEMORY;
+  }
+  if (error != nullptr) *error = {failure.status, failure.item, failure.position};
+  return result;
+}
+
+}  // namespace mail

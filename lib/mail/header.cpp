@@ -1,0 +1,142 @@
+// i18n_mail_header(): an unstructured field.
+#include <algorithm>
+#include <vector>
+
+#include "mail/call.h"
+#include "mail/charset.h"
+#include "mail/lines.h"
+#include "mail/names.h"
+#include "mail/text.h"
+#include "mail/words.h"
+
+namespace mail {
+
+namespace {
+
+// A stretch of the text between two single blanks: a plain word, or text to encode.
+struct Stretch {
+  size_t begin;
+  size_t end;
+  bool plain;
+
+  size_t columns() const { return end - begin; }
+};
+
+bool is_plain_word(std::string_view word) {
+  constexpr size_t longest = longest_line - longest_field_name - std::string_view(": ").size();
+  return !word.empty() && word.size() <= longest && std::ranges::all_of(word, is_visible) &&
+         word.find("=?") == word.npos && word.front() != '=' && word.back() != '=';
+}
+
+// Neighbours to be encoded are one stretch, with the blanks that belong to them.
+std::vector<Stretch> split(std::string_view text) {
+  std::vector<Stretch> stretches;
+  for (size_t begin = 0; begin <= text.size() && !text.empty();) {
+    const size_t end = std::min(text.find(' ', begin), text.size());
+    // Two blanks in a row have an empty word between them, as has a blank at either end: its
+    // neighbours are none between single blanks.
+    const bool after_empty = begin > 1 ? text[begin - 2] == ' ' : begin == 1;
+    const bool before_empty = end + 1 < text.size() ? text[end + 1] == ' ' : end + 1 == text.size();
+    const bool plain =
+        !after_empty && !before_empty && is_plain_word(text.substr(begin, end - begin));
+    if (!plain && !stretches.empty() && !stretches.back().plain) {
+      stretches.back().end = end;
+    } else {
+      stretches.push_back({begin, end, plain});
+    }
+    begin = end + 1;
+  }
+  return stretches;
+}
+
+class HeaderWriter {
+ public:
+  HeaderWriter(MailCharset& charset, std::string_view text)
+      : text_(text), words_(charset, text_escapes, text), stretches_(split(text)) {}
+
+  // Whether words of the kind can make the field shorter than that, or as short.
+  bool can_take(size_t columns, WordKind kind) {
+    bool has_words = false;
+    size_t least = 0;
+    for (const Stretch& stretch : stretches_) {
+      has_words = has_words || !stretch.plain;
+      least += stretch.plain ? stretch.columns()
+                             : words_.measure(stretch.begin, stretch.end, kind).value_or(0);
+    }
+    return has_words && least <= columns;
+  }
+
+  // Gives up when the field gets longer than `most`.
+  std::string write(std::string_view name, WordKind kind, size_t most) {
+    Field field(name);
+    for (size_t i = 0; i < stretches_.size() && field.text().size() <= most;) {
+      if (stretches_[i].plain) {
+        field.separate(stretches_[i].columns());
+        field.text() += text_.substr(stretches_[i].begin, stretches_[i].columns());
+        ++i;
+      } else {
+        i = write_words(field, i, kind, most);
+      }
+    }
+    return std::move(field.text());
+  }
+
+ private:
+  // Writes the stretch, and what must be encoded with it. Returns the index of the next.
+  size_t write_words(Field& field, size_t index, WordKind kind, size_t most) {
+    size_t at = stretches_[index].begin;
+    for (++index; field.text().size() <= most;) {
+      const size_t end = stretches_[index - 1].end;
+      Word word = words_.cut(at, end, std::min(field.room(), longest_word), kind);
+      // Only beside a long name: its line cannot be folded before.
+      if (word.end == at && field.is_fresh()) word = words_.cut(at, end, longest_word, kind);
+      const bool complete = word.end == end;
+      // Nothing is folded between an encoded word and a plain one.
+      const bool in_the_way = complete && index < stretches_.size() &&
+                              word.columns + 1 + stretches_[index].columns() > field.room();
+      if ((!complete || in_the_way) && !field.is_fresh()) {
+        field.fold();
+        continue;
+      }
+      if (in_the_way) {
+        ++index;  // a plain word: encoded, too, with whatever comes after it
+        if (index < stretches_.size() && !stretches_[index].plain) ++index;
+        continue;
+      }
+      field.separate(word.columns);
+      words_.append(field.text(), at, word);
+      at = word.end;
+      if (at == end) break;
+      field.fold();
+    }
+    return index;
+  }
+
+  std::string_view text_;
+  WordMaker words_;
+  std::vector<Stretch> stretches_;
+};
+
+std::string make_header(const char* name, const char* bytes, size_t length, const char* charset,
+                        const char* mail_charset) {
+  check_name(view(name), longest_field_name, is_of_field_name);
+  const SourceCharset source(charset);
+  MailCharset target(mail_charset);
+  const Text text(source, bytes, length, forbidden_in_fields);
+  if (!target.convert(text.utf8())) text.fail_lacking(target);
+  HeaderWriter writer(target, text.utf8());
+  std::string shorter = writer.write(name, WordKind::kB, std::string::npos);
+  if (!writer.can_take(shorter.size(), WordKind::kQ)) return shorter;
+  std::string other = writer.write(name, WordKind::kQ, shorter.size());
+  return other.size() <= shorter.size() ? other : shorter;
+}
+
+}  // namespace
+
+}  // namespace mail
+
+char* i18n_mail_header(const char* name, const char* text, size_t length, const char* charset,
+                       const char* mail_charset, i18n_mail_error_t* error) {
+  return mail::call(error,
+                    [&] { return mail::make_header(name, text, length, charset, mail_charset); });
+}

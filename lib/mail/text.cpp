@@ -1,0 +1,60 @@
+#include "mail/text.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "mail/call.h"
+
+namespace mail {
+
+SourceCharset::SourceCharset(const char* charset) {
+  if (names_utf8(charset)) return;
+  converter_ = open_converter(charset);
+  if (converter_.isNull() || ucnv_getType(converter_.getAlias()) == UCNV_COMPOUND_TEXT) {
+    fail(I18N_MAIL_UNKNOWN_CHARSET);
+  }
+}
+
+Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
+           std::string_view forbidden)
+    : converter_(charset.converter()), bytes_(bytes, length) {
+  if (converter_ == nullptr) {
+    utf8_ = bytes_;
+    const size_t invalid = find_invalid(utf8_);
+    if (invalid < utf8_.size()) fail(I18N_MAIL_INVALID_TEXT, invalid);
+  } else {
+    std::u16string units;
+    const Outcome read = to_unicode(converter_, bytes_, units);
+    const size_t lone_surrogate = to_utf8(units, converted_);
+    if (lone_surrogate != units.npos) fail(I18N_MAIL_INVALID_TEXT, find_position(lone_surrogate));
+    if (!read.complete) fail(I18N_MAIL_INVALID_TEXT, read.stopped);
+    utf8_ = converted_;
+  }
+  size_t index = utf8_.npos;
+  for (const char character : forbidden) index = std::min(index, utf8_.find(character));
+  if (index == utf8_.npos) return;
+  std::u16string before;
+  to_utf16(utf8_.substr(0, index), before);
+  fail(I18N_MAIL_FORBIDDEN_CHARACTER, find_position(before.size()));
+}
+
+void Text::fail_lacking(MailCharset& charset) const {
+  std::u16string units;
+  to_utf16(utf8_, units);
+  fail(I18N_MAIL_LACKING_CHARACTER, find_position(charset.find_lacking(units)));
+}
+
+size_t Text::find_position(size_t unit) const {
+  std::u16string units;
+  if (converter_ != nullptr) {
+    std::vector<size_t> offsets;
+    to_unicode(converter_, bytes_, units, &offsets);
+    return unit < offsets.size() ? offsets[unit] : bytes_.size();
+  }
+  std::string before;
+  to_utf16(bytes_, units);
+  to_utf8(std::u16string_view(units).substr(0, unit), before);
+  return before.size();
+}
+
+}  // namespace mail

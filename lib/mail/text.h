@@ -1,0 +1,46 @@
+// A text of the caller's, read from its charset, and where each character of it came from.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "mail/charset.h"
+#include "mail/unicode.h"
+
+namespace mail {
+
+class SourceCharset {
+ public:
+  // Fails when ICU does not know it. Null is UTF-8.
+  explicit SourceCharset(const char* charset);
+  UConverter* converter() const { return converter_.getAlias(); }  // null for UTF-8
+
+ private:
+  icu::LocalUConverterPointer converter_;
+};
+
+class Text {
+ public:
+  // Borrows the bytes. Fails when they are not of the charset, or have a character that is
+  // forbidden.
+  Text(const SourceCharset& charset, const char* bytes, size_t length, std::string_view forbidden);
+
+  std::string_view utf8() const { return utf8_; }
+
+  // Fails, after a conversion of the text to that charset did.
+  [[noreturn]] void fail_lacking(MailCharset& charset) const;
+
+ private:
+  // Where in the caller's bytes the character of a UTF-16 unit begins.
+  size_t find_position(size_t unit) const;
+
+  UConverter* converter_;
+  std::string_view bytes_;
+  std::string_view utf8_;
+  std::string converted_;
+};
+
+inline constexpr std::string_view forbidden_in_bodies{"\0", 1};
+inline constexpr std::string_view forbidden_in_fields{"\0\r\n", 3};
+
+}  // namespace mail

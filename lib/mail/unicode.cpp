@@ -1,0 +1,147 @@
+#include "mail/unicode.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
+#include "mail/call.h"
+
+namespace mail {
+
+namespace {
+
+// The index of the first byte that is none of ASCII.
+size_t find_high(std::string_view text, size_t index) {
+  constexpr uint64_t high_bits = 0x8080808080808080;
+  for (uint64_t word; text.size() - index >= sizeof word; index += sizeof word) {
+    std::memcpy(&word, text.data() + index, sizeof word);
+    if ((word & high_bits) != 0) break;
+  }
+  while (index < text.size() && U8_IS_SINGLE(text[index])) ++index;
+  return index;
+}
+
+// ICU's own stop callback lets characters vanish that show nothing.
+void stop(const void*, UConverterFromUnicodeArgs*, const UChar*, int32_t, UChar32,
+          UConverterCallbackReason, UErrorCode*) {}
+
+// How many elements of the input a converter that stopped has taken without converting them: those
+// that it will look at again, and those that it reports.
+constexpr int8_t longest_report = 32;
+size_t count_taken(UConverter* converter, std::string_view) {
+  char invalid[longest_report];
+  int8_t size = longest_report;
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_getInvalidChars(converter, invalid, &size, &status);
+  return static_cast<size_t>(size + ucnv_toUCountPending(converter, &status));
+}
+size_t count_taken(UConverter* converter, std::u16string_view) {
+  char16_t invalid[longest_report];
+  int8_t size = longest_report;
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_getInvalidUChars(converter, invalid, &size, &status);
+  return static_cast<size_t>(size + ucnv_fromUCountPending(converter, &status));
+}
+
+template <class Function, class In, class Out>
+Outcome convert(Function function, UConverter* converter, std::basic_string_view<In> input,
+                std::basic_string<Out>& output, std::vector<size_t>* offsets) {
+  constexpr size_t piece_size = size_t{1} << 24;  // ICU takes no more than 2^29 at once
+  constexpr size_t room = 1024;
+  Out buffer[room];
+  int32_t starts[room];
+  const In* const begin = input.data();
+  const In* const end = begin + input.size();
+  const In* source = begin;
+  size_t last_start = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_reset(converter);
+  output.clear();
+  for (bool more = true; more;) {
+    const In* const piece = source;
+    const In* const piece_end = piece + std::min<size_t>(end - piece, piece_size);
+    Out* target = buffer;
+    status = U_ZERO_ERROR;
+    function(converter, &target, buffer + room, &source, piece_end,
+             offsets != nullptr ? starts : nullptr, piece_end == end, &status);
+    const auto size = static_cast<size_t>(target - buffer);
+    output.append(buffer, size);
+    for (size_t i = 0; offsets != nullptr && i < size; ++i) {
+      // A character that did not fit begins where the unit before it does.
+      if (starts[i] >= 0) last_start = static_cast<size_t>(piece - begin + starts[i]);
+      offsets->push_back(last_start);
+    }
+    more = status == U_BUFFER_OVERFLOW_ERROR || (U_SUCCESS(status) && source != end);
+  }
+  check_memory(status);
+  if (U_SUCCESS(status)) return {true, input.size()};
+  const auto consumed = static_cast<size_t>(source - begin);
+  return {false, consumed - std::min(consumed, count_taken(converter, input))};
+}
+
+}  // namespace
+
+size_t find_invalid(std::string_view text) {
+  for (size_t index = find_high(text, 0); index < text.size(); index = find_high(text, index)) {
+    const size_t begin = index;
+    UChar32 character;
+    U8_NEXT(text.data(), index, text.size(), character);
+    if (character < 0) return begin;
+  }
+  return text.size();
+}
+
+bool is_ascii(std::string_view text) { return find_high(text, 0) == text.size(); }
+
+void to_utf16(std::string_view text, std::u16string& units) {
+  units.resize(text.size());
+  size_t size = 0;
+  for (size_t index = 0; index < text.size();) {
+    UChar32 character;
+    U8_NEXT_UNSAFE(text.data(), index, character);
+    U16_APPEND_UNSAFE(units.data(), size, character);
+  }
+  units.resize(size);
+}
+
+size_t to_utf8(std::u16string_view units, std::string& text) {
+  text.clear();
+  text.reserve(units.size());
+  for (size_t index = 0; index < units.size();) {
+    const size_t begin = index;
+    UChar32 character;
+    U16_NEXT(units.data(), index, units.size(), character);
+    if (U_IS_SURROGATE(character)) return begin;
+    char bytes[U8_MAX_LENGTH];
+    size_t size = 0;
+    U8_APPEND_UNSAFE(bytes, size, character);
+    text.append(bytes, size);
+  }
+  return units.npos;
+}
+
+icu::LocalUConverterPointer open_converter(const char* charset) {
+  UErrorCode status = U_ZERO_ERROR;
+  icu::LocalUConverterPointer converter(ucnv_open(charset, &status));
+  check_memory(status);
+  if (converter.isNull()) return converter;
+  ucnv_setFallback(converter.getAlias(), false);
+  ucnv_setFromUCallBack(converter.getAlias(), stop, nullptr, nullptr, nullptr, &status);
+  ucnv_setToUCallBack(converter.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                      &status);
+  return converter;
+}
+
+Outcome to_unicode(UConverter* converter, std::string_view bytes, std::u16string& units,
+                   std::vector<size_t>* offsets) {
+  return convert(ucnv_toUnicode, converter, bytes, units, offsets);
+}
+
+Outcome from_unicode(UConverter* converter, std::u16string_view units, std::string& bytes) {
+  return convert(ucnv_fromUnicode, converter, units, bytes, nullptr);
+}
+
+}  // namespace mail

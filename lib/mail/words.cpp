@@ -1,0 +1,97 @@
+#include "mail/words.h"
+
+#include <algorithm>
+
+#include "transfer/base64.h"
+
+namespace mail {
+
+Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
+  const size_t longest = find_longest(begin, end, columns, kind);
+  if (longest == end) return {end, kind, *measure(begin, end, kind)};
+
+  const auto ends_character = [this](size_t) { return true; };
+  const auto ends_cluster = [&](size_t index) { return clusters_.end_at(text_, begin, index); };
+  // A word in front of another: GMime drops what follows a padded one.
+  const auto is_unpadded = [&](size_t index) { return !is_padded(begin, index); };
+  const auto ends_both = [&](size_t index) { return is_unpadded(index) && ends_cluster(index); };
+
+  const auto cut_b = [&](auto is_good) {
+    const size_t index = kind == WordKind::kB ? find_cut(begin, longest, is_good) : begin;
+    return Word{index, WordKind::kB, *measure(begin, index, WordKind::kB)};
+  };
+  const auto cut_q = [&](auto is_good) {
+    const size_t from =
+        kind == WordKind::kQ ? longest : find_longest(begin, end, columns, WordKind::kQ);
+    const size_t index = find_cut(begin, from, is_good);
+    return Word{index, WordKind::kQ, *measure(begin, index, WordKind::kQ)};
+  };
+  Word word = cut_b(ends_both);
+  if (word.end == begin) word = cut_q(ends_cluster);
+  if (word.end == begin) word = cut_b(is_unpadded);
+  if (word.end == begin) word = cut_q(ends_character);
+  return word;
+}
+
+void WordMaker::append(std::string& line, size_t begin, const Word& word) {
+  const std::string_view bytes = *charset_.convert(text_.substr(begin, word.end - begin));
+  line.append("=?").append(charset_.name()).append({'?', static_cast<char>(word.kind), '?'});
+  if (word.kind == WordKind::kQ) {
+    append_forms(line, escapes_, bytes);
+  } else {
+    append_base64(line, bytes);
+  }
+  line += "?=";
+}
+
+std::optional<size_t> WordMaker::measure(size_t begin, size_t end, WordKind kind) {
+  const auto bytes = charset_.convert(text_.substr(begin, end - begin));
+  if (!bytes) return std::nullopt;
+  return overhead() + (kind == WordKind::kQ ? measure_forms(escapes_, *bytes)
+                                            : transfer::base64_size(bytes->size()));
+}
+
+size_t WordMaker::find_longest(size_t begin, size_t end, size_t columns, WordKind kind) {
+  if (columns <= overhead()) return begin;
+  const auto fits = [&](size_t index) {
+    const auto needed = measure(begin, index, kind);
+    return needed && *needed <= columns;
+  };
+  const auto round_down = [this](size_t index) {
+    while (index < text_.size() && is_inside_character(text_[index])) --index;
+    return index;
+  };
+  // No charset has a byte for more than three of UTF-8.
+  const size_t room = columns - overhead();
+  const size_t bytes =
+      kind == WordKind::kQ ? room : room / transfer::group_chars * transfer::group_bytes;
+  const size_t most = bytes * (charset_.is_utf8() ? 1 : 3);
+  size_t too_far = end - begin > most ? round_down(begin + most) : end;
+  if (fits(too_far)) return too_far;
+  size_t longest = begin;
+  while (next_character(text_, longest) < too_far) {
+    size_t middle = round_down(longest + (too_far - longest) / 2);
+    if (middle == longest) middle = next_character(text_, longest);
+    (fits(middle) ? longest : too_far) = middle;
+  }
+  return longest;
+}
+
+template <class IsGood>
+size_t WordMaker::find_cut(size_t begin, size_t longest, IsGood is_good) {
+  for (size_t index = longest; index > begin; index = previous_character(text_, index)) {
+    // A charset may have a character only together with the one before it.
+    const bool can_be_cut =
+        charset_.is_utf8() ||
+        (measure(begin, index, WordKind::kQ) &&
+         (index == text_.size() || measure(index, next_character(text_, index), WordKind::kQ)));
+    if (can_be_cut && is_good(index)) return index;
+  }
+  return begin;
+}
+
+bool WordMaker::is_padded(size_t begin, size_t end) {
+  return charset_.convert(text_.substr(begin, end - begin))->size() % transfer::group_bytes != 0;
+}
+
+}  // namespace mail

@@ -1,0 +1,436 @@
+// Fields and parts of mails, through the shared library: exact output, and where a failure points.
+#include <gtest/gtest.h>
+#include <qorvii18n/i18n_mail.h>
+#include <unicode/ucnv.h>
+
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+std::string repeat(std::string_view text, int times) {
+  std::string repeated;
+  while (times-- > 0) repeated += text;
+  return repeated;
+}
+
+// Status, item, position.
+using Error = std::tuple<i18n_mail_status_t, size_t, size_t>;
+constexpr Error none = {I18N_MAIL_OK, 0, 0};
+
+// A result, null as "(null)", and the error that was filled in.
+struct Result {
+  template <class Call>
+  explicit Result(Call call) {
+    i18n_mail_error_t filled = {I18N_MAIL_BAD_NAME, 77, 88};
+    char* const result = call(&filled);
+    text = result != nullptr ? result : "(null)";
+    error = {filled.status, filled.item, filled.position};
+    i18n_mail_free(result);
+  }
+  std::string text;
+  Error error;
+};
+
+Result header(std::string_view text, const char* charset = nullptr,
+    const char* mail_charset = nullptr, const char* name = "Subject") {
+  return Result([=](i18n_mail_error_t* error) {
+    return i18n_mail_header(name, text.data(), text.size(), charset, mail_charset, error);
+  });
+}
+
+struct Item {
+  std::string name;
+  const char* address;
+};
+
+Result addresses(const std::vector<Item>& items, const char* name = "To",
+    const char* charset = nullptr, const char* mail_charset = nullptr) {
+  std::vector<i18n_mail_address_t> list;
+  for (const Item& item : items) list.push_back({item.name.data(), item.name.size(), item.address});
+  return Result([=](i18n_mail_error_t* error) {
+    return i18n_mail_addresses(name, list.data(), list.size(), charset, mail_charset, error);
+  });
+}
+
+Result parameter(
+    std::string_view value, const char* charset = nullptr, const char* name = "filename") {
+  return Result([=](i18n_mail_error_t* error) {
+    return i18n_mail_parameter(name, value.data(), value.size(), charset, error);
+  });
+}
+
+Result text_part(std::string_view text, const char* charset = nullptr,
+    const char* mail_charset = nullptr, const char* subtype = "plain") {
+  return Result([=](i18n_mail_error_t* error) {
+    return i18n_mail_text(subtype, text.data(), text.size(), charset, mail_charset, error);
+  });
+}
+
+Result data_part(std::string_view bytes, const char* type = "application/pdf") {
+  return Result([=](i18n_mail_error_t* error) {
+    return i18n_mail_data(type, bytes.data(), bytes.size(), error);
+  });
+}
+
+const std::string x50(50, 'x'), x64(64, 'x'), x68(68, 'x');
+const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466";
+const std::string family_b = "8J+RqOKAjfCfkanigI3wn5Gn4oCN8J+Rp";
+
+TEST(MailHeader, KeepsPlainWordsAndEncodesTheRestWithItsBlanks) {
+  const std::tuple<std::string, std::string> cases[] = {
+      {"", ""},
+      {"Hello, world", "Hello, world"},
+      {"a =b? c=d", "a =?UTF-8?B?PWI/?= c=d"},
+      // what looks like a word, or like its begin or end
+      {"=?UTF-8?Q?a?= b", "=?UTF-8?B?PT9VVEYtOD9RP2E/PQ==?= b"},
+      {"x=?y", "=?UTF-8?Q?x=3D=3Fy?="},
+      // blanks that a reader could lose
+      {" ", "=?UTF-8?Q?=20?="},
+      {"  ", "=?UTF-8?B?ICA=?="},
+      {" a b", "=?UTF-8?Q?=20a?= b"},
+      {"a b ", "a =?UTF-8?Q?b=20?="},
+      {"a b  c d", "a =?UTF-8?Q?b=20=20c?= d"},
+      {"a\tb", "=?UTF-8?B?YQli?="},
+      // neighbours make one word; the shorter encoding; Q when equal
+      {"\u00fc \u00fc a", "=?UTF-8?B?w7wgw7w=?= a"},
+      {"a \u00fcbungen b", "a =?UTF-8?Q?=C3=BCbungen?= b"},
+      {"\u00fcab", "=?UTF-8?Q?=C3=BCab?="},
+      {"a_b?\u00fc, (\"c\")", "=?UTF-8?B?YV9iP8O8LA==?= (\"c\")"},
+  };
+  for (const auto& [input, value] : cases) {
+    EXPECT_EQ(header(input).text, "Subject: " + value) << input;
+    EXPECT_EQ(header(input).error, none) << input;
+  }
+}
+
+TEST(MailHeader, FoldsWhereReadersKeepEveryBlank) {
+  const std::string x67(67, 'x'), x75(75, 'x'), long_word(932, 'x');
+  const std::tuple<std::string, std::string> cases[] = {
+      {x67 + " y", x67 + "\r\n y"},
+      {x64 + " y", x64 + " y"},
+      {x64 + " yy zz", x64 + " yy\r\n zz"},
+      // never right after the colon
+      {x75 + " y", x75 + "\r\n y"},
+      {"y " + x75, "y\r\n " + x75},
+      {long_word, long_word},
+      // words too long for any line are encoded
+      {long_word + "x", "=?UTF-8?Q?" + std::string(55, 'x') +
+                            "?=" + repeat("\r\n =?UTF-8?Q?" + std::string(63, 'x') + "?=", 13) +
+                            "\r\n =?UTF-8?Q?" + std::string(59, 'x') + "?="},
+      // an encoded word that would be split begins a line
+      {x50 + " \u00fc", x50 + " =?UTF-8?B?w7w=?="},
+      {x50 + "x \u00fc", x50 + "x\r\n =?UTF-8?B?w7w=?="},
+      // no fold between an encoded word and a plain one: on the next line both fit, or both are
+      // encoded
+      {x50 + " \u00fc a", x50 + "\r\n =?UTF-8?B?w7w=?= a"},
+      {"\u00fc " + x50, "=?UTF-8?B?w7w=?= " + x50},
+      {"\u00fc x" + x50 + " y",
+          "=?UTF-8?Q?=C3=BC=20x" + std::string(45, 'x') + "?=\r\n =?UTF-8?Q?xxxxx?= y"},
+      {"\u00fc x" + x50 + " \u00fc y",
+          "=?UTF-8?Q?=C3=BC=20x" + std::string(45, 'x') + "?=\r\n =?UTF-8?Q?xxxxx=20=C3=BC?= y"},
+  };
+  for (const auto& [input, value] : cases) {
+    EXPECT_EQ(header(input).text, "Subject: " + value) << input;
+  }
+  EXPECT_EQ(
+      header("\u65e5\u672c", nullptr, nullptr, x64.c_str()).text, x64 + ": =?UTF-8?B?5pel5pys?=");
+}
+
+TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
+  const std::string nihon = "\u65e5\u672c", nihon_b = "5pel5pys";
+  const std::string thumb = "\U0001F44D\U0001F3FD";
+  const std::string rainbow = "\U0001F3F3\uFE0F\u200D\U0001F308";
+  const std::tuple<std::string, const char*, std::string> cases[] = {
+      // a B word in front of another is not padded
+      {repeat("\u00fc", 30), "UTF-8",
+          "=?UTF-8?B?" + repeat("w7zDvMO8", 6) + "?=\r\n =?UTF-8?B?" + repeat("w7zDvMO8", 4) +
+              "?="},
+      {repeat("\u00fc", 21) + nihon + "\U0001F600", "UTF-8",
+          "=?UTF-8?B?" + repeat("w7zDvMO8", 6) + "?=\r\n =?UTF-8?B?w7zDvMO8" + nihon_b +
+              "8J+YgA==?="},
+      // clusters stay whole, if need be for the price of a Q word
+      {repeat(nihon, 6) + "\u304b\u3099" + nihon, "UTF-8",
+          "=?UTF-8?B?" + repeat(nihon_b, 6) + "?=\r\n =?UTF-8?B?44GL44KZ" + nihon_b + "?="},
+      {repeat(thumb, 5), "UTF-8",
+          "=?UTF-8?B?8J+RjfCfj73wn5GN8J+PvfCfkY3wn4+9?=\r\n =?UTF-8?B?8J+RjfCfj73wn5GN8J+PvQ==?="},
+      {repeat(rainbow, 4), "UTF-8",
+          "=?UTF-8?Q?=F0=9F=8F=B3=EF=B8=8F=E2=80=8D=F0=9F=8C=88?=\r\n "
+          "=?UTF-8?B?8J+Ps++4j+KAjfCfjIjwn4+z77iP4oCN8J+MiPCfj7PvuI/igI3wn4yI?="},
+      // but not for the price of a padded word
+      {family + family, "UTF-8",
+          "=?UTF-8?B?" + family_b + "vCfkajigI3wn5Gp4oCN?=\r\n =?UTF-8?B?8J+Rp+KAjfCfkaY=?="},
+      // clusters longer than a line
+      {"e" + repeat("\u0301", 30), "UTF-8",
+          "=?UTF-8?B?ZcyB" + repeat("zIHMgcyB", 6) + "?=\r\n =?UTF-8?B?" + repeat("zIHMgcyB", 3) +
+              "zIHMgQ==?="},
+      // each word has its own shift states
+      {repeat(nihon, 9) + "a" + nihon, "ISO-2022-JP",
+          "=?ISO-2022-JP?Q?=1B$B" + repeat("F|K\\", 9) +
+              "=1B(Ba?=\r\n =?ISO-2022-JP?Q?=1B$BF|K\\=1B(B?="},
+      {repeat("\u00fc", 43), "latin1",
+          "=?ISO-8859-1?B?" + repeat("/Pz8", 12) + "?=\r\n =?ISO-8859-1?B?/Pz8/Pz8/A==?="},
+      {"\U0001F600", "gb18030", "=?GB18030?Q?=949=FC6?="},
+  };
+  for (const auto& [input, charset, value] : cases) {
+    EXPECT_EQ(header(input, nullptr, charset).text, "Subject: " + value) << input;
+  }
+}
+
+TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
+  const std::string x70(70, 'x'), x75(75, 'x'), x73(73, 'x');
+  const std::tuple<std::vector<Item>, std::string> cases[] = {
+      {{{"", "a@example.org"}}, "a@example.org"},
+      {{{"John Q Doe", "a@b"}, {"", "c@d"}, {"E", "f@g"}}, "John Q Doe <a@b>, c@d, E <f@g>"},
+      {{{"Klein, J.", "j@example.org"}}, "\"Klein, J.\" <j@example.org>"},
+      {{{"a  b", "a@b"}}, "\"a  b\" <a@b>"},
+      {{{"a\"b\\", "a@b"}}, "\"a\\\"b\\\\\" <a@b>"},
+      // encoded: outside ASCII, with outer blanks, controls, or what looks like a word
+      {{{"J\u00fcrgen, Gro\u00df", "a@b"}}, "=?UTF-8?B?SsO8cmdlbiwgR3Jvw58=?= <a@b>"},
+      {{{"\u00fcabcdefghijkl", "a@b"}}, "=?UTF-8?Q?=C3=BCabcdefghijkl?= <a@b>"},
+      {{{" a", "a@b"}}, "=?UTF-8?Q?=20a?= <a@b>"},
+      {{{"a\tb", "a@b"}}, "=?UTF-8?B?YQli?= <a@b>"},
+      {{{"=?a?=", "a@b"}}, "=?UTF-8?B?PT9hPz0=?= <a@b>"},
+      // domains outside ASCII
+      {{{"", "a@k\u00f6ln.example"}}, "a@xn--kln-sna.example"},
+      {{{"", "a@stra\u00dfe.example"}}, "a@xn--strae-oqa.example"},
+      {{{"", "a@K\u00d6LN\u3002example"}}, "a@xn--kln-sna.example"},
+      {{{"", "!#$%&'*+-/=?^_`{|}~.a@b_c"}}, "!#$%&'*+-/=?^_`{|}~.a@b_c"},
+      // folds: in front of an item, or in front of its address; names stay on one line
+      {{{"", "a@b"}, {x64, "a@bb"}}, "a@b,\r\n " + x64 + " <a@bb>"},
+      {{{"", "a@b"}, {x75, "a@b"}}, "a@b,\r\n " + x75 + "\r\n <a@b>"},
+      {{{x70 + "yy", "a@b"}}, x70 + "yy\r\n <a@b>"},
+      {{{x73, "a@b"}}, "=?UTF-8?Q?" + std::string(60, 'x') + "?=\r\n =?UTF-8?Q?" +
+                           std::string(13, 'x') + "?= <a@b>"},
+      {{{"", "a@b"}, {x75 + "x", "a@b"}}, "a@b,\r\n =?UTF-8?Q?" + std::string(63, 'x') +
+                                              "?=\r\n =?UTF-8?Q?" + std::string(13, 'x') +
+                                              "?= <a@b>"},
+      // a single word if a line of its own holds it
+      {{{"", "a@b"}, {std::string(58, 'x') + "\u00fc", "a@b"}},
+          "a@b,\r\n =?UTF-8?Q?" + std::string(58, 'x') + "?=\r\n =?UTF-8?Q?=C3=BC?= <a@b>"},
+      {{{"", "a@b"}, {std::string(57, 'x') + "\u00fc", "a@b"}},
+          "a@b,\r\n =?UTF-8?Q?" + std::string(57, 'x') + "=C3=BC?=\r\n <a@b>"},
+  };
+  for (const auto& [items, value] : cases) {
+    const Result result = addresses(items);
+    EXPECT_EQ(result.text, "To: " + value);
+    EXPECT_EQ(result.error, none);
+  }
+  const std::string longest = std::string(64, 'x') + "@" + std::string(185, 'y') + ".org";
+  EXPECT_EQ(addresses({{"a", longest.substr(1).c_str()}, {"", "a@b"}}).text,
+      "To: a\r\n <" + longest.substr(1) + ">,\r\n a@b");
+  EXPECT_EQ(addresses({{"\xfc", "a@b"}}, "From", "latin1", "ISO-8859-15").text,
+      "From: =?ISO-8859-15?Q?=FC?= <a@b>");
+}
+
+TEST(MailParameter, IsPlainWhereEveryReaderTakesItSo) {
+  const std::tuple<std::string, std::string> cases[] = {
+      {"a.pdf", "filename=a.pdf"},
+      {"a b.pdf", "filename=\"a b.pdf\""},
+      {"", "filename=\"\""},
+      {std::string(65, 'x'), "filename=" + std::string(65, 'x')},
+      {std::string(66, 'x'), "filename*0*=UTF-8''" + std::string(55, 'x') +
+                                 ";\r\n filename*1*=" + std::string(11, 'x')},
+      {"a\"b", "filename*=UTF-8''a%22b"},
+      {"a\\b", "filename*=UTF-8''a%5Cb"},
+      {"=?a", "filename*=UTF-8''%3D%3Fa"},
+      {" a", "filename*=UTF-8''%20a"},
+      {"a ", "filename*=UTF-8''a%20"},
+      {"a\tb", "filename*=UTF-8''a%09b"},
+      {"\u00dc-1_2.~", "filename*=UTF-8''%C3%9C-1_2.%7E"},
+      // pieces end with whole characters
+      {repeat("\u65e5", 7),
+          "filename*0*=UTF-8''" + repeat("%E6%97%A5", 6) + ";\r\n filename*1*=%E6%97%A5"},
+  };
+  for (const auto& [value, written] : cases) {
+    EXPECT_EQ(parameter(value).text, ";\r\n " + written);
+    EXPECT_EQ(parameter(value).error, none);
+  }
+  EXPECT_EQ(parameter("\xfc", "latin1", "x").text, ";\r\n x*=UTF-8''%C3%BC");
+}
+
+std::string part(const std::string& type, const std::string& encoding, const std::string& body) {
+  return "Content-Type: " + type + "\r\nContent-Transfer-Encoding: " + encoding + "\r\n\r\n" + body;
+}
+
+TEST(MailText, IsSentAsReadersGetItWhole) {
+  const std::string ascii = "text/plain; charset=US-ASCII", utf8 = "text/plain; charset=UTF-8";
+  const std::string qp = "quoted-printable", x75(75, 'x'), x76(76, 'x');
+  const std::tuple<std::string, std::string, std::string, std::string> cases[] = {
+      {"", ascii, "7bit", ""},
+      {"a\tb\nc\rd\r\n\r\ne", ascii, "7bit", "a\tb\r\nc\r\nd\r\n\r\ne\r\n"},
+      {"\r\r\n\n", ascii, "7bit", "\r\n\r\n\r\n"},
+      {x76, ascii, "7bit", x76 + "\r\n"},
+      // what is lost or changed on the way
+      {x76 + "y", ascii, qp, x75 + "=\r\nxy\r\n"},
+      {"a \nb", ascii, qp, "a=20\r\nb\r\n"},
+      {"a\t\nbcd", ascii, qp, "a=09\r\nbcd\r\n"},
+      {".\na", ascii, qp, "=2E\r\na\r\n"},
+      {"From a\nFrom", ascii, qp, "=46rom a\r\nFrom\r\n"},
+      {"a=b\x7f"
+       "c\n",
+          ascii, qp, "a=3Db=7Fc\r\n"},
+      {"Gr\u00fc\u00dfe an alle\n", utf8, qp, "Gr=C3=BC=C3=9Fe an alle\r\n"},
+      // lines that are cut: never inside an escape, and the next begins as a line must, too
+      {std::string(74, 'x') + "= 12345678901234567890", ascii, qp,
+          std::string(74, 'x') + "=\r\n=3D 12345678901234567890\r\n"},
+      {x75 + ".y", ascii, qp, x75 + "=\r\n=2Ey\r\n"},
+      {x75 + "From y", ascii, qp, x75 + "=\r\n=46rom y\r\n"},
+      {x75 + "  ", ascii, qp, x75 + "=\r\n =20\r\n"},
+      {x50 + std::string(30, ' ') + "x", ascii, qp, x50 + std::string(25, ' ') + "=\r\n     x\r\n"},
+      // the shorter one; quoted-printable when equal
+      {"\u00fc", utf8, qp, "=C3=BC\r\n"},
+      {"\u65e5\u672c\n", utf8, "base64", "5pel5pysDQo=\r\n"},
+  };
+  for (const auto& [input, type, encoding, body] : cases) {
+    EXPECT_EQ(text_part(input).text, part(type, encoding, body)) << input;
+    EXPECT_EQ(text_part(input).error, none);
+  }
+  EXPECT_EQ(text_part("\xfc", "latin1", "ISO-8859-15", "html").text,
+      part("text/html; charset=ISO-8859-15", qp, "=FC\r\n"));
+  EXPECT_EQ(text_part("\u65e5\u672c\n.", nullptr, "ISO-2022-JP").text,
+      part("text/plain; charset=ISO-2022-JP", qp, "=1B$BF|K\\=1B(B\r\n=2E\r\n"));
+  EXPECT_EQ(text_part("", nullptr, nullptr, x50.c_str()).text,
+      part("text/" + x50 + ";\r\n charset=US-ASCII", "7bit", ""));
+}
+
+TEST(MailData, IsBase64InEndedLines) {
+  EXPECT_EQ(data_part("").text, part("application/pdf", "base64", ""));
+  EXPECT_EQ(data_part("\0\r\n"sv, "a/b").text, part("a/b", "base64", "AA0K\r\n"));
+  EXPECT_EQ(data_part(std::string(58, '\0')).text,
+      part("application/pdf", "base64", std::string(76, 'A') + "\r\nAA==\r\n"));
+  EXPECT_EQ(data_part("a").error, none);
+}
+
+TEST(MailFailure, TellsTheFirstFaultAndWhere) {
+  const std::string name65(65, 'x'), type128(128, 'x'),
+      address255 = x64 + "@" + std::string(190, 'y');
+  const std::string many_ignored = "a@\u00fc" + repeat("\u00ad", 600);
+  const std::tuple<Result, Error> cases[] = {
+      // arguments in their order
+      {header("\xff", "no-such", "no-such", ""), {I18N_MAIL_BAD_NAME, 0, 0}},
+      {header("\xff", "no-such", "no-such"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
+      {header("\xff", nullptr, "no-such"), {I18N_MAIL_UNKNOWN_MAIL_CHARSET, 0, 0}},
+      {header("\n\xff"), {I18N_MAIL_INVALID_TEXT, 0, 1}},
+      {header("\u00fc\n\u20ac", nullptr, "latin1"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 2}},
+      {addresses({}, "To", "no-such"), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      {addresses({{"\xff", "a"}}, "To", "no-such"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
+      {addresses({{"a", "a@b"}, {"b\xff", "a"}}), {I18N_MAIL_INVALID_TEXT, 1, 1}},
+      {addresses({{"a", "a@b"}, {"b", "a"}, {"\xff", ""}}), {I18N_MAIL_BAD_ADDRESS, 1, 1}},
+      // names
+      {header("", nullptr, nullptr, "a:b"), {I18N_MAIL_BAD_NAME, 0, 1}},
+      {header("", nullptr, nullptr, "Subject\r\nX"), {I18N_MAIL_BAD_NAME, 0, 7}},
+      {header("", nullptr, nullptr, "\u00fc"), {I18N_MAIL_BAD_NAME, 0, 0}},
+      {header("", nullptr, nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 64}},
+      {header("", nullptr, nullptr, nullptr), {I18N_MAIL_BAD_NAME, 0, 0}},
+      {parameter("", nullptr, "a*"), {I18N_MAIL_BAD_NAME, 0, 1}},
+      {parameter("", nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 40}},
+      {text_part("", nullptr, nullptr, "plain; x"), {I18N_MAIL_BAD_NAME, 0, 5}},
+      {text_part("", nullptr, nullptr, type128.c_str()), {I18N_MAIL_BAD_NAME, 0, 127}},
+      {data_part("", "text"), {I18N_MAIL_BAD_NAME, 0, 4}},
+      {data_part("", "text/"), {I18N_MAIL_BAD_NAME, 0, 5}},
+      {data_part("", "a/b/c"), {I18N_MAIL_BAD_NAME, 0, 3}},
+      {data_part("", "a/b\r\nX: y"), {I18N_MAIL_BAD_NAME, 0, 3}},
+      // addresses
+      {addresses({{"", "a.@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", ".a@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      {addresses({{"", "a@b..c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
+      {addresses({{"", "a@b."}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
+      {addresses({{"", "a b@c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {addresses({{"", "a@b>, <c@d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 3}},
+      {addresses({{"", "a@[1.2.3.4]"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", "\u00fc@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      {addresses({{"", "a@\u00fc\xff"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
+      {addresses({{"", "a@b\uff1ec.d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", "a@\u00fc..d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", address255.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 254}},
+      {addresses({{"", many_ignored.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", nullptr}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      // forbidden characters
+      {header("a\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      {header("\xfc\r", "latin1"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      {addresses({{"", "a@b"}, {"\n", ""}}), {I18N_MAIL_FORBIDDEN_CHARACTER, 1, 0}},
+      {parameter("a\r\nb"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      {text_part("a\r\nb\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 4}},
+      // invalid texts
+      {header("a\xe2\x82"), {I18N_MAIL_INVALID_TEXT, 0, 1}},
+      {header("\u00fc\xed\xa0\x80"), {I18N_MAIL_INVALID_TEXT, 0, 2}},
+      {header("aaaaaaaaaaaaaaaaa\xc0\x80"), {I18N_MAIL_INVALID_TEXT, 0, 17}},
+      {header("\x1b$BF|\x1b(Ba\xff", "ISO-2022-JP"), {I18N_MAIL_INVALID_TEXT, 0, 9}},
+      {header("\xed\xa0\x80"
+              "a",
+           "CESU-8"),
+          {I18N_MAIL_INVALID_TEXT, 0, 0}},
+      {header("a", "x11-compound-text"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
+      {header("a", ""), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
+      // characters that the mail charset lacks, one that shows nothing and one that ICU would write
+      // but not read
+      {header("\u00fc\u20ac", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 2}},
+      {header("a\u200db", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 1}},
+      {header("a\U0001F600", nullptr, "EUC-JP"), {I18N_MAIL_LACKING_CHARACTER, 0, 1}},
+      {header("ab\uf861", nullptr, "x-mac-greek"), {I18N_MAIL_LACKING_CHARACTER, 0, 2}},
+      {text_part("\r\r\n\u00fc\u20ac", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 5}},
+      // after any escape sequence
+      {header("a\x1b$BF|K\\", "ISO-2022-JP", "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 4}},
+      {header("a~{VP", "HZ", "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 3}},
+  };
+  int row = 0;
+  for (const auto& [result, error] : cases) {
+    EXPECT_EQ(result.error, error) << "row " << row;
+    EXPECT_EQ(result.text, "(null)") << "row " << row++;
+  }
+  EXPECT_EQ(i18n_mail_header("", nullptr, 0, nullptr, nullptr, nullptr), nullptr);
+  EXPECT_STREQ(i18n_mail_status_text(I18N_MAIL_BAD_ADDRESS), "bad address");
+  EXPECT_STREQ(i18n_mail_status_text(static_cast<i18n_mail_status_t>(99)), "unknown status");
+}
+
+// Where a character begins, prefixes of the text show: the longest that has what is before it.
+TEST(MailFailure, PointsAtTheCharacterInEveryCharset) {
+  int texts = 0;
+  for (int i = 0; i < ucnv_countAvailable(); ++i) {
+    const std::string name = ucnv_getAvailableName(i);
+    // these pass over bytes at the end without a complaint
+    if (name == "UTF-7" || name == "IMAP-mailbox-name" || name == "HZ") continue;
+    for (const std::string character : {"\u00fc", "\u0434", "\u05d0", "\u0627", "\u0e01", "\u3042",
+             "\u65e5", "\uac00", "\u20ac"}) {
+      const std::string utf8 = "aB" + character + character + "c";
+      UErrorCode status = U_ZERO_ERROR;
+      std::string bytes(64, '\0');
+      bytes.resize(
+          ucnv_convert(name.c_str(), "UTF-8", bytes.data(), 64, utf8.data(), utf8.size(), &status));
+      if (header(bytes, name.c_str()).text != header(utf8).text) continue;  // not in the charset
+      size_t position = 0;
+      for (size_t size = 0; size < bytes.size(); ++size) {
+        const Result prefix = header(bytes.substr(0, size), name.c_str(), "US-ASCII");
+        if (prefix.text == "Subject: aB") position = size;
+      }
+      const Error error = {I18N_MAIL_LACKING_CHARACTER, 0, position};
+      EXPECT_EQ(header(bytes, name.c_str(), "US-ASCII").error, error) << name;
+      ++texts;
+    }
+  }
+  EXPECT_GT(texts, 500);
+}
+
+TEST(MailCharset, WritesStandardNamesOnly) {
+  const std::tuple<const char*, const char*> cases[] = {{"utf8\r\n", "UTF-8"},
+      {"x-utf_8j", "UTF-8"}, {"sjis", "Shift_JIS"}, {"latin1", "ISO-8859-1"},
+      {"iso-8859_14-1998", "ISO-8859-14"}, {"windows-1252", "windows-1252"},
+      {"ISO-2022-CN", "ISO-2022-CN"}, {"us-ascii", "US-ASCII"}};
+  for (const auto& [charset, name] : cases) {
+    EXPECT_EQ(header("  ", nullptr, charset).text, "Subject: =?" + std::string(name) + "?B?ICA=?=");
+  }
+  for (const char* charset :
+      {"UTF-16", "UTF-16LE", "UTF-32", "UTF-7", "IMAP-mailbox-name", "HZ", "ISO-2022-KR", "SCSU",
+          "BOCU-1", "CESU-8", "ibm-37", "ibm-5478_P100-1995", "Adobe-Standard-Encoding", "LMBCS-1",
+          "x11-compound-text", "UTF-8,version=1", "ISO-2022-JP,a\r\nX: y=", "", "no-such"}) {
+    const Error error = {I18N_MAIL_UNKNOWN_MAIL_CHARSET, 0, 0};
+    EXPECT_EQ(header("a", nullptr, charset).error, error) << charset;
+  }
+}
+
+}  // namespace
