@@ -57,21 +57,21 @@ extern const Work base64_body, quoted_printable_body;  // names equal
 extern const Work chosen_base64_body, chosen_quoted_printable_body;
 extern const Work converted_base64_body, converted_quoted_printable_body;
 extern const Work b_header, q_header;
-extern const Work mail_header, mail_text;
 extern const Work iconv_easy, iconv_easy_ex;
+extern const Work mail_header, mail_text;
 
 // References. Converters are opened when the function is made.
 Output encode_base64_lines(const std::string& text);       // modp_b64, a line at a time
 Output encode_quoted_printable(const std::string& text);   // GMime, the whole text at once
 Output encode_header(const std::string& text);             // GMime: encode UTF-8 text, then fold
-Output encode_part(const std::string& text);               // GMime: a text part, best encoding
+Output encode_text_part(const std::string& text);          // GMime: a part in its best encoding
 Function icu_in_chunks(const char* from, const char* to);  // the chunks of the library's bodies
 Function icu_in_two_calls(const char* from, const char* to);
 Function icu_with_offsets(const char* from, const char* to);  // with arrays made for each call
 
 std::string decode_base64(std::string_view output);
 std::string decode_quoted_printable(std::string_view output);
-std::string decode_part(std::string_view output);    // without the last line end, which is added
+std::string decode_part(std::string_view output);
 std::string decode_header(std::string_view output);  // of a field, too, without its name
 
 // One call, the mean of some.

@@ -167,21 +167,26 @@ Output encode_header(const std::string& text) {
   return folded;
 }
 
-Output encode_part(const std::string& text) {
-  GMimeTextPart* const part = g_mime_text_part_new_with_subtype("plain");
-  auto* const as_part = reinterpret_cast<GMimePart*>(part);
-  g_mime_text_part_set_charset(part, "UTF-8");
-  g_mime_text_part_set_text(part, text.c_str());
-  g_mime_part_set_content_encoding(
-      as_part, g_mime_part_get_best_content_encoding(as_part, GMIME_ENCODING_CONSTRAINT_7BIT));
-  GByteArray* const bytes = g_byte_array_new();
-  GMimeStream* const stream = g_mime_stream_mem_new_with_byte_array(bytes);
-  g_mime_object_write_to_stream(reinterpret_cast<GMimeObject*>(part), nullptr, stream);
-  const size_t size = bytes->len;
-  g_mime_stream_mem_set_owner(reinterpret_cast<GMimeStreamMem*>(stream), false);
-  g_object_unref(stream);
-  g_object_unref(part);
-  return {{reinterpret_cast<char*>(g_byte_array_free(bytes, false)), g_free}, size};
+// As a program sends a mail: the part itself chooses, for a transport of seven bits.
+Output encode_text_part(const std::string& text) {
+  GMimePart* part = g_mime_part_new_with_type("text", "plain");
+  g_mime_object_set_content_type_parameter(GMIME_OBJECT(part), "charset", "UTF-8");
+  GMimeStream* source = g_mime_stream_mem_new_with_buffer(text.data(), text.size());
+  GMimeDataWrapper* content =
+      g_mime_data_wrapper_new_with_stream(source, GMIME_CONTENT_ENCODING_DEFAULT);
+  g_mime_part_set_content(part, content);
+  g_mime_object_encode(GMIME_OBJECT(part), GMIME_ENCODING_CONSTRAINT_7BIT);
+  GMimeStream* stream = g_mime_stream_mem_new();
+  g_mime_object_write_to_stream(GMIME_OBJECT(part), nullptr, stream);
+  const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(stream));
+  char* const result = allocate(bytes->len);
+  std::memcpy(result, bytes->data, bytes->len);
+  Output output{{result, std::free}, bytes->len};
+  for (void* object : {static_cast<void*>(stream), static_cast<void*>(content),
+                       static_cast<void*>(source), static_cast<void*>(part)}) {
+    g_object_unref(object);
+  }
+  return output;
 }
 
 Function icu_in_chunks(const char* from, const char* to) {
@@ -217,20 +222,15 @@ std::string decode_quoted_printable(std::string_view output) {
   return decode(output, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
 }
 
+// Word by word: GMime's decoder takes neighbours for one base64 text, which padding would end.
 std::string decode_part(std::string_view output) {
-  std::string lines(output);
-  std::erase(lines, '\r');
-  const size_t head = lines.find("\n\n") + 2;
-  require(head > 2, "a part has a head");
-  const bool is_base64 = std::string_view(lines).substr(0, head).find(": base64") != lines.npos;
-  const std::string_view body = std::string_view(lines).substr(head);
-  std::string text = is_base64 ? decode_base64(body) : decode_quoted_printable(body);
-  std::erase(text, '\r');
-  if (text.ends_with('\n')) text.pop_back();
-  return text;
+  const size_t end = std::min(output.find("\n\n"), output.find("\r\n\r\n"));
+  const std::string_view head = output.substr(0, end);
+  const std::string_view body = output.substr(output.find_first_not_of("\r\n", end));
+  return head.find("quoted-printable") != head.npos ? decode_quoted_printable(body)
+                                                    : decode_base64(body);
 }
 
-// Word by word: GMime's decoder takes neighbours for one base64 text, which padding would end.
 std::string decode_header(std::string_view output) {
   const std::string unfolded = take(g_mime_utils_header_unfold(std::string(output).c_str()));
   std::string_view rest = unfolded;

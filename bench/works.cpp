@@ -46,12 +46,15 @@ Function easy_ex(const char* from, const char* to) {
 
 void free_mail(void* result) { i18n_mail_free(static_cast<char*>(result)); }
 
-template <auto make>
-Function mail(const char* from, const char* to) {
-  constexpr bool is_header = make == i18n_mail_header;
+Function header_field(const char* from, const char* to) {
   return [=](const std::string& text) -> Output {
-    return {{make(is_header ? "Subject" : "plain", text.data(), text.size(), from, to, nullptr),
-             free_mail}};
+    return {{i18n_mail_header("Subject", text.data(), text.size(), from, to, nullptr), free_mail}};
+  };
+}
+
+Function text_part(const char* from, const char* to) {
+  return [=](const std::string& text) -> Output {
+    return {{i18n_mail_text("plain", text.data(), text.size(), from, to, nullptr), free_mail}};
   };
 }
 
@@ -59,6 +62,14 @@ Function mail(const char* from, const char* to) {
 template <Output (*encode)(const std::string&)>
 Function peer(const char* /*from*/, const char* /*to*/) {
   return encode;
+}
+
+// The library ends all lines of a part with CR LF, the last one, too, which these texts do not end.
+std::string decode_lines(std::string_view output) {
+  std::string text = decode_part(output);
+  std::erase(text, '\r');
+  text.pop_back();
+  return text;
 }
 
 std::string keep(std::string_view output) { return std::string(output); }
@@ -94,11 +105,11 @@ const Work b_header = {
 const Work q_header = {
     "Q header",          " ",          mime<i18n_mime_encode_header_qp>, decode_header,
     peer<encode_header>, decode_header};
-const Work mail_header = {"i18n_mail_header",  " ",          mail<i18n_mail_header>, decode_header,
-                          peer<encode_header>, decode_header};
-const Work mail_text = {"i18n_mail_text",  "\n",       mail<i18n_mail_text>, decode_part,
-                        peer<encode_part>, decode_part};
 const Work iconv_easy = {"i18n_iconv_easy", "\n", easy, keep, icu_in_two_calls, keep};
 const Work iconv_easy_ex = {"i18n_iconv_easy_ex", "\n", easy_ex, keep, icu_with_offsets, keep};
+const Work mail_header = {"i18n_mail_header",  " ",          header_field, decode_header,
+                          peer<encode_header>, decode_header};
+const Work mail_text = {"i18n_mail_text",       "\n",       text_part, decode_lines,
+                        peer<encode_text_part>, decode_part};
 
 }  // namespace bench
