@@ -40,6 +40,15 @@ TEST(MimeEncode, FixedEncodings) {
   EXPECT_EQ(take_diagnostics(), "");
 }
 
+// How many escapes a long text has, is guessed from 64 places in it.
+TEST(MimeEncode, LongTextCanDifferFromWhatIsLookedAt) {
+  const std::string seen = x(1024);
+  const std::string utf8 = repeat(seen + repeat("\u00e9", 1536), 64);
+  const std::string latin1 = repeat(seen + repeat("\xe9", 1536), 64);
+  EXPECT_EQ(take(qp(utf8.c_str(), "UTF-8", "ISO-8859-1")),
+      take(qp(latin1.c_str(), "ISO-8859-1", "ISO-8859-1")));
+}
+
 TEST(MimeEncode, FailureGivesTheInputBackAndIsReported) {
   const std::string cannot_open = "6: Unable to open a UConverter for charset no-such";
   const std::string long_name = "UTF-8" + repeat(",version=0", 6);

@@ -63,7 +63,9 @@ i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text) {
   if (!is_cuttable(table.get())) return nullptr;
   // What conversion adds to a text, or takes from it, are bytes that are not ASCII: escapes.
   const size_t size = pieces.get_expected_size();
-  const size_t escapes = estimate_escapes(table.get(), text) + size - text.size();
+  // The estimate can miss more of them than conversion takes away.
+  const size_t escapes =
+      std::max(estimate_escapes(table.get(), text) + size, text.size()) - text.size();
   const size_t forms = size + (transfer::escape_size - 1) * escapes;
   Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
   QuotedPrintableBody body(table.get(), output);
