@@ -27,6 +27,25 @@ struct Stored {
   char* text = nullptr;
 };
 
+// Runs an action with its first allocation failing, then with its second, and so on until one is
+// not needed any more.
+template <class Action, class Check>
+void fail_each_allocation(Action action, Check check_afterwards) {
+  int failed_at = 0;
+  for (bool failed = true; failed; ++failed_at) {
+    SCOPED_TRACE("allocation " + std::to_string(failed_at) + " failed");
+    allowance = failed_at;
+    try {
+      action();
+      failed = allowance < 0;
+    } catch (const std::bad_alloc&) {
+    }
+    allowance = no_limit;
+    check_afterwards();
+  }
+  EXPECT_GT(failed_at, 1);
+}
+
 }  // namespace
 
 // The library is linked so that its calls of malloc come here.
@@ -46,17 +65,7 @@ extern "C" void* __wrap_malloc(size_t size) {
 
 // The first use of the tables is that of this program.
 TEST(OutOfMemory, LeavesNoTableHalfFilled) {
-  int failed_at = 0;
-  for (bool failed = true; failed; ++failed_at) {
-    allowance = failed_at;
-    try {
-      i18n_mime_get_body_to_charset_name("UTF-8");
-      failed = allowance < 0;
-    } catch (const std::bad_alloc&) {
-    }
-    allowance = no_limit;
-  }
-  EXPECT_GT(failed_at, 1);
+  fail_each_allocation([] { i18n_mime_get_body_to_charset_name("UTF-8"); }, [] {});
   EXPECT_STREQ(i18n_mime_get_body_to_charset_name("sjis"), "ISO-2022-JP");
   EXPECT_STREQ(i18n_mime_get_header_to_charset_name("sjis"), "UTF-8");
 }
@@ -86,18 +95,8 @@ TEST(OutOfMemory, ComesOutOfEveryCallAndLeavesTheLibraryUsable) {
       return take(call(stored.text));
     };
     const std::string expected = run();
-    int failed_at = 0;
-    for (bool failed = true; failed; ++failed_at) {
-      allowance = failed_at;
-      try {
-        EXPECT_EQ(run(), expected);
-        failed = allowance < 0;  // and was not needed
-      } catch (const std::bad_alloc&) {
-      }
-      allowance = no_limit;
-      EXPECT_EQ(run(), expected) << "after allocation " << failed_at << " failed";
-    }
-    EXPECT_GT(failed_at, 1);
+    const auto check = [&] { EXPECT_EQ(run(), expected); };
+    fail_each_allocation(check, check);
   }
 }
 
@@ -130,7 +129,7 @@ void icu_free(const void*, void*) {}
 
 }  // namespace
 
-// Comes last: from then on ICU fails, too.
+// From here on ICU fails, too.
 TEST(OutOfMemory, IsAStatusOfMailsAndLeavesTheLibraryUsable) {
   UErrorCode status = U_ZERO_ERROR;
   u_setMemoryFunctions(nullptr, icu_allocate, icu_reallocate, icu_free, &status);
@@ -185,4 +184,18 @@ TEST(OutOfMemory, IsAStatusOfMailsAndLeavesTheLibraryUsable) {
     EXPECT_GT(failures, 2);
     EXPECT_FALSE(failed);
   }
+}
+
+// ICU then opens no converter, which is a failure like any other.
+TEST(OutOfMemory, InIcuIsAFailedConversion) {
+  const std::string text = "Gr\u00f6\u00dfe";
+  const auto run = [&text] {
+    return take(i18n_mime_encode_qp(text.c_str(), "UTF-8", "ISO-8859-15"));
+  };
+  const std::string expected = run();
+  const auto check_either = [&] {
+    const std::string result = run();
+    EXPECT_TRUE(result == expected || result == text) << result;
+  };
+  fail_each_allocation(check_either, [&] { EXPECT_EQ(run(), expected); });
 }

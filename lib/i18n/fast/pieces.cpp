@@ -112,6 +112,7 @@ std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
 }
 
 std::unique_ptr<Pieces> open_with_icu(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text) {
+  if (!from || !to) return nullptr;  // one that opens as a rule does not when memory runs out
   if (!is_independent(from.get()) || !is_independent(to.get())) return nullptr;
   return std::make_unique<IcuPieces>(std::move(from), std::move(to), text);
 }
