@@ -8,8 +8,7 @@
 
 // Tests of failures check the other texts.
 TEST(Catalog, HasTheRecordThatTheKernelServicesRead) {
-  const void* catalog = _i18n_i18n_msg_table_adr();
-  const auto* record = static_cast<const imsg_catalog_t*>(catalog);
+  const imsg_catalog_t* record = _i18n_i18n_msg_table_adr();
   EXPECT_STREQ(record->long_facility, "i18n_lib");
   EXPECT_STREQ(record->short_facility, "i18n");
   EXPECT_EQ(record->catalog_number, 9);

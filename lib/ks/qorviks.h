@@ -39,15 +39,15 @@ QORVIKS_EXPORT int hash_str_lookup(hash_str_t* table, const char* key, uint64_t*
 QORVIKS_EXPORT int hash_str_enter(hash_str_t* table, const char* key, uint64_t* scratch,
                                   void*** slot);
 
-/* What a message catalog looks like in memory. */
+/* A message catalog. Libraries and programs are built apart, so the layout does not change. */
 typedef struct imsg_catalog_t {
-  const char* long_facility;
-  const char* short_facility;
-  uint16_t catalog_number;
-  uint16_t message_count;
-  uint32_t reserved;
-  const char* const* texts;
-  const uint16_t* ids;
+  const char* long_facility;  /* whose messages these are */
+  const char* short_facility; /* a shorter name for it */
+  uint16_t catalog_number;    /* its number among the catalogs of a product */
+  uint16_t message_count;     /* the number of texts and of ids */
+  uint32_t reserved;          /* 0 */
+  const char* const* texts;   /* printf formats */
+  const uint16_t* ids;        /* the numbers of the messages, in the order of texts */
 } imsg_catalog_t;
 
 /* The message index that says that a format string stands in place of the catalog. */

@@ -1,6 +1,5 @@
 // Another libqorviks, unlike ours in all that its interface leaves open: lists for tables, a
 // scratch word that is written to, other results, and messages that it keeps.
-#include <qorvii18n/i18n_catalog.h>
 #include <qorviks.h>
 
 #include <algorithm>
@@ -24,7 +23,7 @@ void record(const std::string& report) { recorded += (recorded.empty() ? "" : "|
 
 const char* find_format(const void* catalog_or_format, int index) {
   return index == -1 ? static_cast<const char*>(catalog_or_format)
-                     : static_cast<const i18n_msg_table_t*>(catalog_or_format)->texts[index];
+                     : static_cast<const imsg_catalog_t*>(catalog_or_format)->texts[index];
 }
 
 }  // namespace

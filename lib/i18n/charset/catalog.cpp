@@ -3,15 +3,16 @@
 #include <iterator>
 
 #include <qorvii18n/i18n_catalog.h>
+#include <qorviks.h>
 
 static_assert(sizeof(void*) != 8 ||
-                  (offsetof(i18n_msg_table_t, short_facility) == 8 &&
-                   offsetof(i18n_msg_table_t, catalog_number) == 16 &&
-                   offsetof(i18n_msg_table_t, message_count) == 18 &&
-                   offsetof(i18n_msg_table_t, reserved) == 20 &&
-                   offsetof(i18n_msg_table_t, texts) == 24 &&
-                   offsetof(i18n_msg_table_t, ids) == 32 && sizeof(i18n_msg_table_t) == 40),
-              "the kernel services read the record by its layout");
+                  (offsetof(imsg_catalog_t, short_facility) == 8 &&
+                   offsetof(imsg_catalog_t, catalog_number) == 16 &&
+                   offsetof(imsg_catalog_t, message_count) == 18 &&
+                   offsetof(imsg_catalog_t, reserved) == 20 &&
+                   offsetof(imsg_catalog_t, texts) == 24 && offsetof(imsg_catalog_t, ids) == 32 &&
+                   sizeof(imsg_catalog_t) == 40),
+              "another libqorviks reads the record by its layout");
 
 namespace {
 
@@ -22,8 +23,7 @@ constexpr const char* texts[] = {
     "The first several bytes starting at the beginning of the problematic MB character have the "
     "following hexadecimal representation: %s.\n"
     "The beginning of the problematic MB character is %d bytes away from the beginning of the "
-    "input "
-    "string.\n",
+    "input string.\n",
 
     "Error converting unicode to output.\n"
     "The problematic wide character has the following hexadecimal representation: %s.\n"
@@ -40,7 +40,7 @@ constexpr const char* texts[] = {
 constexpr uint16_t ids[] = {1, 2, 3, 4, 5};
 static_assert(std::size(texts) == std::size(ids));
 
-constexpr i18n_msg_table_t catalog = {
+constexpr imsg_catalog_t catalog = {
     .long_facility = "i18n_lib",
     .short_facility = "i18n",
     .catalog_number = 9,
@@ -52,4 +52,4 @@ constexpr i18n_msg_table_t catalog = {
 
 }  // namespace
 
-const i18n_msg_table_t* _i18n_i18n_msg_table_adr() { return &catalog; }
+const imsg_catalog_t* _i18n_i18n_msg_table_adr() { return &catalog; }
