@@ -53,7 +53,7 @@ int32_t write(const i18n_charset_t& charset, std::u16string_view text, char* out
   return length;
 }
 
-constexpr size_t bytes_per_unit = 4;
+constexpr size_t easy_bytes_per_unit = 4;
 
 int32_t clamp_to_int(int64_t value) {
   using Limits = std::numeric_limits<int32_t>;
@@ -68,7 +68,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
   const std::string_view bytes(input, static_cast<size_t>(input_length));
   if (output == nullptr) {
     size_t length;
-    i18n::CString result = i18n::convert_directly(*from, bytes, *to, bytes_per_unit, &length);
+    i18n::CString result = i18n::convert_directly(*from, bytes, *to, easy_bytes_per_unit, &length);
     if (result && output_length != nullptr) *output_length = static_cast<int64_t>(length);
     if (result) return result.release();
   }
@@ -82,7 +82,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
   if (output != nullptr) {
     capacity = clamp_to_int(*output_length);
   } else {
-    capacity = clamp_to_int(int64_t{bytes_per_unit} * units + 1);
+    capacity = clamp_to_int(int64_t{easy_bytes_per_unit} * units + 1);
     allocated = i18n::allocate_c_string(static_cast<size_t>(capacity));
     output = allocated.get();
   }

@@ -7,6 +7,15 @@
 
 namespace {
 
+// In which charsets text of another one is customarily mailed.
+constexpr struct {
+  const char* source;
+  const char* body;
+  const char* header;
+} mail_charsets[] = {
+    {"shift_jis", "ISO-2022-JP", "UTF-8"},
+};
+
 // Both are made at first use and kept until the process ends.
 hash_str_t* body_charsets;
 hash_str_t* header_charsets;
@@ -46,8 +55,10 @@ void add_charset_aliases(const char* charset, const char* value, hash_str_t* tab
 bool make_tables() {
   if (body_charsets == nullptr) body_charsets = hash_str_create(200, 8, 0);
   if (header_charsets == nullptr) header_charsets = hash_str_create(200, 8, 0);
-  add_charset_aliases("shift_jis", "ISO-2022-JP", body_charsets);
-  add_charset_aliases("shift_jis", "UTF-8", header_charsets);
+  for (const auto& [source, body, header] : mail_charsets) {
+    add_charset_aliases(source, body, body_charsets);
+    add_charset_aliases(source, header, header_charsets);
+  }
   return true;
 }
 
