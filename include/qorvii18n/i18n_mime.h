@@ -101,8 +101,7 @@ QORVII18N_EXPORT char* i18n_mime_encode_header(const char* str, const char* from
                                                const char* to_charset, double qp_threshold);
 
 /// Encodes a body in ICU's default charset for its mail charset: i18n_mime_encode() with null for
-/// both charsets. Only Shift_JIS has a mail charset: where the default is another charset, as UTF-8
-/// is on most systems, the result is a copy of str.
+/// both charsets, and so a copy of str where the default has no mail charset, as UTF-8 has none.
 /// @param str,qp_threshold,encoding_out,to_charset_out  As for i18n_mime_encode().
 /// @return The encoded body, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode(const char* str, double qp_threshold,
@@ -110,33 +109,32 @@ QORVII18N_EXPORT char* i18n_mime_easy_encode(const char* str, double qp_threshol
                                              char** to_charset_out);
 
 /// Encodes a header in ICU's default charset for its mail charset: i18n_mime_encode_header() with
-/// null for both charsets, and so a copy of str unless the default is Shift_JIS.
+/// null for both charsets, and so a copy of str where the default has no mail charset.
 /// @param str,qp_threshold  As for i18n_mime_encode_header().
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode_header(const char* str, double qp_threshold);
 
-/// Encodes a header in ICU's default charset for its mail charset as "Q" words, if the default is
-/// Shift_JIS.
+/// Encodes a header in ICU's default charset for its mail charset as "Q" words, if there is one.
 /// @param str  The text.
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode_header_qp(const char* str);
 
-/// Encodes a header in ICU's default charset for its mail charset as "B" words, if the default is
-/// Shift_JIS.
+/// Encodes a header in ICU's default charset for its mail charset as "B" words, if there is one.
 /// @param str  The text.
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode_header_b64(const char* str);
 
-/// Gives the charset in which the body of a mail is customarily sent.
+/// Gives the charset in which the body of a mail is customarily sent; i18n_mime_names(3) has a
+/// table.
 /// @param charset  The charset of the text, in any letter case, with or without hyphens; null for
 /// ICU's default charset.
-/// @return ISO-2022-JP for every alias of Shift_JIS, null for all others.
+/// @return The name of that charset; null when there is none, as for most charsets.
 QORVII18N_EXPORT const char* i18n_mime_get_body_to_charset_name(const char* charset);
 
 /// Gives the charset in which the headers of a mail are customarily sent.
 /// @param charset  The charset of the text, in any letter case, with or without hyphens; null for
 /// ICU's default charset.
-/// @return UTF-8 for every alias of Shift_JIS, null for all others.
+/// @return The name of that charset; null when there is none, as for most charsets.
 QORVII18N_EXPORT const char* i18n_mime_get_header_to_charset_name(const char* charset);
 
 /// Gives the form of a charset name in which the two functions above look it up: names that come
