@@ -8,8 +8,9 @@
 /// 3. Failure is a null result. Nothing is printed. When memory runs out, std::bad_alloc leaves the
 ///    function, and ends a C program.
 /// 4. Names are NUL-terminated and must not be null.
-/// 5. Thread rules: a call may create shared state, and the one-shot conversions of i18n_iconv.h
-///    use the handles' own converters. Calls from several threads must be serialised by the caller.
+/// 5. Thread rules: no two of the functions that open may run at once, since they write to tables
+///    of the whole process. i18n_charset_get_name() may run at any time. What converts with a
+///    handle has rules of its own: see i18n_iconv.h.
 ///
 /// A name that comes from outside: ICU ignores punctuation and control bytes in names, and takes
 /// what follows a comma for options, so a string that it opens is not yet fit for a mail header.

@@ -18,8 +18,8 @@ ConverterPtr open_plain_converter(const char* name);
 
 void make_strict(UConverter* converter);
 
-// Not for compound text: ICU copies that converter together with the pointers to what it owns, and
-// the copy would release that when it is closed.
+// False for compound text: ICU copies that converter together with the pointers to what it owns,
+// and the copy would release that when it is closed.
 bool is_copyable(const UConverter* converter);
 
 // A copy in the same state, null when there can be none.

@@ -137,7 +137,7 @@ bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
          is_before(buffer, bytes.data() + bytes.size());
 }
 
-constexpr size_t bytes_per_unit = 14;  // more than any charset has, escape sequences included
+constexpr size_t bytes_per_unit = 14;  // more than any charset needs, escape sequences included
 
 // Stores the buffer and returns its size.
 size_t allocate_output(size_t units, char** output) {

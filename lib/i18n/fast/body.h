@@ -25,7 +25,8 @@ class Base64Body {
   void append(Bytes bytes);
   void finish();
 
-  static size_t get_size(size_t bytes);  // of the whole, not less
+  // The most that a body of so many bytes takes.
+  static size_t get_size(size_t bytes);
 
  private:
   static constexpr size_t later_chars =
@@ -43,14 +44,15 @@ class Base64Body {
 
 class QuotedPrintableBody {
  public:
-  // A table that does not escape '=' is not for this class.
+  // The table must escape '='.
   QuotedPrintableBody(const char* escape_table, Output& target)
       : table(escape_table), output(target) {}
 
   void append(Bytes bytes);
   void finish();
 
-  static size_t get_size(size_t forms);  // of forms with the breaks between them, not less
+  // The most that so many forms take, with the breaks between lines.
+  static size_t get_size(size_t forms);
 
  private:
   static constexpr size_t slice_size = 1024;

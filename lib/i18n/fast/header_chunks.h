@@ -11,13 +11,14 @@ namespace fast {
 using i18n::Bytes;
 
 // The exact road converts 86 UTF-16 units at a time and writes them as chunks of UTF-8, which are
-// pieces of the text itself. A chunk holds back its last character, as long as more follows, and
-// the next one begins with it: what the converter then has no position for, hangs together. These
-// are that character, the rest of one that did not fit into the chunk before, and a pair of units
-// that the first 86 split.
+// pieces of the text itself. As long as more follows, a chunk holds back its last character, and
+// the next chunk begins with it. For what comes from before its units the converter knows no
+// position, so the exact road takes all of it for one character: the one that was held back, the
+// rest of one that did not fit into the last chunk, and a pair of units that was split between
+// these 86 and the last.
 class HeaderChunks {
  public:
-  // room: the most bytes that a chunk may have, more than any characters that hang together.
+  // room: the most bytes that a chunk may have, more than are ever taken for one character.
   HeaderChunks(Bytes header, size_t chunk_room) : text(header), room(chunk_room) {}
 
   // False when the text that comes next is not well-formed.
@@ -25,7 +26,7 @@ class HeaderChunks {
   bool has_next() const { return room_was_full || !is_last_fetch; }
 
   Bytes get_chunk() const { return text.subspan(chunk_begin, delivered - chunk_begin); }
-  // How many bytes at its beginning hang together; 0 when there are none but whole characters.
+  // How many bytes at its beginning count as one character for that reason; 0 when there are none.
   size_t get_first_run() const { return first_run; }
 
  private:
@@ -48,7 +49,7 @@ class HeaderChunks {
 
   size_t first_run = 0;
   bool splits_pair = false;     // the units fetched end with the first half of a pair
-  bool begins_in_pair = false;  // and these began with the second half of one, not yet written
+  bool begins_in_pair = false;  // they begin with the second half of one, not yet written
   bool is_last_fetch = false;
   bool room_was_full = false;
 };

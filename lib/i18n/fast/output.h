@@ -32,7 +32,7 @@ class Output {
   i18n::CString far;
   char* begin = near;
   size_t size = 0;
-  size_t capacity = sizeof near;  // always one more than size, for the NUL
+  size_t capacity = sizeof near;  // always more than size, so that the NUL has room
   size_t expected;
 };
 
