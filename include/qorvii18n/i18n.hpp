@@ -75,7 +75,7 @@ class QORVII18N_EXPORT UcnvErrorHandler {
 /// A pair of indices; end -1 is an open end.
 class QORVII18N_EXPORT BegEnd {
  public:
-  BegEnd();  ///< Starts at 0, with an open end.
+  BegEnd();  ///< Starts with both at 0.
   /// Stores two indices.
   /// @param begin_index,end_index  The indices.
   BegEnd(int begin_index, int end_index);
