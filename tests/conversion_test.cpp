@@ -1,5 +1,8 @@
 // Chunked conversion: chunks, offsets, whole characters, and where failures are reported.
+#include <stdio_ext.h>
 #include <unicode/ucnv.h>
+
+#include <cstdio>
 
 #include "conversion/charset_to_charset_iter.h"
 #include "conversion/trivial_iter.h"
@@ -59,7 +62,12 @@ TEST(UcnvChunkIter, ReportsAFailureInUnitsOfItsInput) {
   EXPECT_EQ(take_diagnostics(), input_failure("\\xff\\x5\\x1\\x6d\\x6e", 10));
   i18n::FromUnicodeIter encoder("ISO-8859-1", 8);
   encoder.set_in_str(u"ab\u20ac");
+  char buffer[256];
+  std::setvbuf(stderr, buffer, _IOFBF, sizeof buffer);
+  std::fputs(" ", stderr);
   EXPECT_EQ(pull_all<char>(encoder).texts, "ab|");
+  EXPECT_EQ(__fpending(stderr), 0u) << "the message is seen at once";
+  std::setvbuf(stderr, nullptr, _IONBF, 0);
   EXPECT_EQ(take_diagnostics(),
       "6: Error converting unicode to output.\nThe problematic wide character has the following "
       "hexadecimal representation: \\x20ac.\nIt is 2 wide characters away from the beginning of "
@@ -140,33 +148,6 @@ TEST(FullCharIter, SurvivesALimitBelowWhatItHolds) {
   iter.next_chunk();
   iter.set_target_limit(1);
   EXPECT_EQ(pull_all<char>(iter).texts, "\xf0|\x9f|\x98|\x80|b|");
-}
-
-TEST(CharIter, GroupsAdjacentEqualOffsets) {
-  const std::tuple<const char*, std::vector<int32_t>, const char*> cases[] = {
-      {"ab", {0, 1, 2}, "a|b|"}, {"abcd", {0, 0, 1, 1, 2}, "ab|cd|"}, {"abc", {5, 5, 5, 6}, "abc|"},
-      {"abc", {0, 1, 0, 2}, "a|b|c|"}, {"", {0}, ""}, {"", {}, ""}};
-  for (const auto& [text, offsets, expected] : cases) {
-    i18n::CharIter<char> iter({text, offsets});
-    Chunks<char> characters;
-    while (iter.has_next_chunk()) {
-      iter.next_chunk();
-      characters.add(iter.get_chunk());
-    }
-    EXPECT_EQ(characters.texts, expected);
-  }
-}
-
-TEST(CharsetToCharset, DeliversAllChunksOfALongText) {
-  BodyIter body("ISO-8859-15", "UTF-8", 86, 256);
-  body.set_in_str(std::string(300, '\xa4'));
-  EXPECT_EQ(pull_all<char>(body).texts,
-      repeat(repeat("\u20ac", 85) + "\xe2|\x82\xac|", 3) + repeat("\u20ac", 42) + "|");
-  HeaderIter header("ISO-8859-15", "UTF-8", 86, 256);
-  header.set_in_str(std::string(85, '\xa4'));
-  header.set_limit_byte_size(45);
-  EXPECT_EQ(pull_all<char>(header).texts,
-      repeat(repeat("\u20ac", 14) + "|", 5) + repeat("\u20ac", 15) + "|");
 }
 
 TEST(CharsetToCharset, ReportsAFailureInBytesOfTheWholeInput) {

@@ -19,6 +19,9 @@ TEST(MimeEncode, FixedEncodings) {
       {qp, "UTF-8", "UTF-8", "Gr\u00f6\u00dfe = 1 \n", "Gr=C3=B6=C3=9Fe =3D 1 =0A"},
       {qp, "UTF-8", "ISO-8859-1", "Gr\u00f6\u00dfe ", "Gr=F6=DFe=20"},
       {b64, "UTF-8", "UTF-8", nihongo_utf8, "5pel5pys6Kqe"},
+      {b64, "UTF-8", "UTF-8", x(500),
+          repeat("eHh4", 19) + repeat("\r\n" + repeat("eHh4", 18), 8) + "\r\n" + repeat("eHh4", 3) +
+              "eHg="},
       {b64, "Shift_JIS", "ISO-2022-JP", nihongo_sjis, "GyRCRnxLXDhsGyhC"},
       // equal names: the bytes of a body pass through even when they are none of the charset's
       {qp, "no-such", "no-such", "a=\xff", "a=3D=FF"},
@@ -33,6 +36,14 @@ TEST(MimeEncode, FixedEncodings) {
       // words of whole characters
       {header_b64, "UTF-8", "UTF-8", repeat("\u20ac", 15) + "ab",
           "=?UTF-8?B?" + repeat("4oKs", 14) + "?=\r\n\t=?UTF-8?B?4oKsYWI=?="},
+      // one unit more than is converted at once; the 86th of these characters has too many bytes
+      {header_qp, "UTF-8", "UTF-8", repeat("\u20ac", 87),
+          "=?UTF-8?Q?" + repeat("=E2=82=AC", 7) +
+              repeat("?=\r\n\t=?UTF-8?Q?" + repeat("=E2=82=AC", 6), 13) +
+              "=E2?=\r\n\t=?UTF-8?Q?=82=AC=E2=82=AC?="},
+      {header_b64, "UTF-8", "UTF-8", x(87),
+          "=?UTF-8?B?" + repeat("eHh4", 14) + "eHg=?=\r\n\t=?UTF-8?B?" + repeat("eHh4", 13) +
+              "eHg=?=\r\n\t=?UTF-8?B?eHg=?="},
   };
   for (const auto& [encode, from, to, input, encoded] : cases) {
     EXPECT_EQ(take(encode(input.c_str(), from, to)), encoded);
@@ -51,14 +62,11 @@ TEST(MimeEncode, LongTextCanDifferFromWhatIsLookedAt) {
 
 TEST(MimeEncode, FailureGivesTheInputBackAndIsReported) {
   const std::string cannot_open = "6: Unable to open a UConverter for charset no-such";
-  const std::string long_name = "UTF-8" + repeat(",version=0", 6);
   const std::tuple<Encode, const char*, const char*, const char*, std::string> cases[] = {
       {qp, nullptr, "UTF-8", "a=b", ""},
       {qp, "UTF-8", nullptr, "a=b", ""},
       {b64, "no-such", "UTF-8", "a=b", cannot_open},
       {header_qp, "UTF-8", "no-such", "a=b", cannot_open},
-      // a name that leaves a word no room for one group of base64
-      {header_b64, "UTF-8", long_name.c_str(), "a=b", "get_limit_byte_size() > 0 @ lib/i18n/front"},
       {header_qp, "UTF-8", "ISO-8859-1", "ab\xff", input_failure("\\xff", 2)},
       // another spelling of the name is converted, and so checked
       {qp, "UTF-8", "utf-8", "ab\xff", input_failure("\\xff", 2)},
@@ -67,6 +75,21 @@ TEST(MimeEncode, FailureGivesTheInputBackAndIsReported) {
   for (const auto& [encode, from, to, input, report] : cases) {
     EXPECT_EQ(take(encode(input, from, to)), input);
     EXPECT_EQ(take_diagnostics(), report);
+  }
+}
+
+// A name and its word's other characters take 65 bytes of a line; what is left is for the text.
+TEST(MimeEncode, NamesCanBeTooLongForWords) {
+  const std::string b_report = "get_limit_byte_size() > 0 @ lib/i18n/front";
+  const std::string q_report = "num_bytes <= get_num_bytes_avail() @ lib/i18n/i18n_mime_utils";
+  for (int size = 55; size <= 64; ++size) {
+    const std::string name = "UTF-8,x=" + x(size - 8);
+    const bool is_refused = size >= 62;
+    EXPECT_EQ(take(header_b64("xz", "UTF-8", name.c_str())),
+        is_refused ? "xz" : "=?" + name + "?B?eHo=?=");
+    EXPECT_EQ(take_diagnostics(), is_refused ? b_report : "") << size;
+    EXPECT_EQ(take(header_qp("\u20ac", "UTF-8", name.c_str())), "=?" + name + "?Q?=E2=82=AC?=");
+    EXPECT_EQ(take_diagnostics(), size > 56 ? q_report : "") << size;
   }
 }
 
@@ -80,6 +103,7 @@ TEST(MimeEncode, ChoosesByTheFractionOfEscapes) {
       {"UTF-8", "UTF-8", 1.01, "", I18N_MIME_B64, "UTF-8", ""},
       // the bytes counted are those of the source, though the target is 7-bit
       {"shift_jis", nullptr, 0.3, nihongo_sjis, I18N_MIME_B64, "ISO-2022-JP", "GyRCRnxLXDhsGyhC"},
+      {"shift_jis", "UTF-8", 0.3, nihongo_sjis, I18N_MIME_B64, "UTF-8", "5pel5pys6Kqe"},
       {"UTF-8", nullptr, 0.3, "abc", I18N_MIME_NONE, "", "abc"},
       {"no-such", "UTF-8", 0.3, "abc", I18N_MIME_NONE, "UTF-8", "abc"},
       // failed midway: the choice stands beside the copy
@@ -102,6 +126,7 @@ TEST(MimeEncode, ChoosesForHeadersByTheHeaderTable) {
       {"UTF-8", "UTF-8", 0.5, "a b c ", "=?UTF-8?B?YSBiIGMg?="},
       {"UTF-8", "UTF-8", 0.51, "a b c ", "=?UTF-8?Q?a=20b=20c=20?="},
       {"SHIFT_JIS", nullptr, 0.5, nihongo_sjis, nihongo_word},
+      {"SHIFT_JIS", "ISO-2022-JP", 0.5, nihongo_sjis, "=?ISO-2022-JP?B?GyRCRnxLXDhsGyhC?="},
       {"UTF-8", "UTF-8", 2, "", "=?UTF-8?B?\?="},
       {"UTF-8", "UTF-8", 2, "\xff", "\xff"},  // converted even between equal names
   };
