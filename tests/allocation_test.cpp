@@ -155,9 +155,6 @@ TEST(OutOfMemory, IsAStatusOfMailsAndLeavesTheLibraryUsable) {
         return i18n_mail_addresses("To", items, 2, "windows-1252", "ISO-8859-15", error);
       },
       [&](auto* error) {
-        return i18n_mail_parameter("x", mixed.data(), mixed.size(), "UTF-8", error);
-      },
-      [&](auto* error) {
         return i18n_mail_text(
             "plain", latin.data(), latin.size(), "cp1252", "ISO-2022-JP-2", error);
       },
