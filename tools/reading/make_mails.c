@@ -1,7 +1,7 @@
-/* Makes the mails that a file of requests asks for, with libqorvii18n-mail. What the library refuses is
- * printed. A request is a row of strings: path, charset, subject, text, count of addresses, name and
- * address of each, then "plain", or "attachment", its file name, its data. A string has its length and
- * a line end before it, and a NUL after it. */
+/* Makes the mails that a file of requests asks for, with libqorvii18n-mail. What the library
+ * refuses is printed. A request is a row of strings: path, charset, subject, text, count of
+ * addresses, name and address of each, then "plain", or "attachment", its file name, its data. A
+ * string has its length and a line end before it, and a NUL after it. */
 #include <qorvii18n/i18n_mail.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -23,10 +23,10 @@ static string_t next_string(const char** cursor) {
 
 /* Writes a result between two texts and releases it. */
 static void put(FILE* file, const char* before, char* result, const char* after, const char* what,
-    const i18n_mail_error_t* error) {
+                const i18n_mail_error_t* error) {
   if (result == NULL)
     printf("%s refused: %s (item %zu, position %zu)\n", what, i18n_mail_status_text(error->status),
-        error->item, error->position);
+           error->item, error->position);
   else
     fprintf(file, "%s%s%s", before, result, after);
   i18n_mail_free(result);
