@@ -10,7 +10,7 @@
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 std::string repeat(std::string_view text, int times) {
   std::string repeated;
@@ -51,6 +51,7 @@ struct Item {
 Result addresses(const std::vector<Item>& items, const char* name = "To",
     const char* charset = nullptr, const char* mail_charset = nullptr) {
   std::vector<i18n_mail_address_t> list;
+  list.reserve(items.size());
   for (const Item& item : items) list.push_back({item.name.data(), item.name.size(), item.address});
   return Result([=](i18n_mail_error_t* error) {
     return i18n_mail_addresses(name, list.data(), list.size(), charset, mail_charset, error);
@@ -371,11 +372,11 @@ TEST(MailFailure, PointsAtTheCharacterInEveryCharset) {
     if (name == "UTF-7" || name == "IMAP-mailbox-name" || name == "HZ") continue;
     for (const std::string character : {"\u00fc", "\u0434", "\u05d0", "\u0627", "\u0e01", "\u3042",
              "\u65e5", "\uac00", "\u20ac"}) {
-      const std::string utf8 = "aB" + character + character + "c";
+      const std::string utf8 = "aB" + repeat(character, 2) + "c";
       UErrorCode status = U_ZERO_ERROR;
       std::string bytes(64, '\0');
-      bytes.resize(
-          ucnv_convert(name.c_str(), "UTF-8", bytes.data(), 64, utf8.data(), utf8.size(), &status));
+      bytes.resize(static_cast<size_t>(
+          ucnv_convert(name.c_str(), "UTF-8", bytes.data(), 64, utf8.c_str(), -1, &status)));
       if (header(bytes, name.c_str()).text != header(utf8).text) continue;  // not in the charset
       size_t position = 0;
       for (size_t size = 0; size < bytes.size(); ++size) {

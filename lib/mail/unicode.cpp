@@ -36,14 +36,15 @@ size_t count_taken(UConverter* converter, std::string_view) {
   int8_t size = longest_report;
   UErrorCode status = U_ZERO_ERROR;
   ucnv_getInvalidChars(converter, invalid, &size, &status);
-  return static_cast<size_t>(size + ucnv_toUCountPending(converter, &status));
+  return static_cast<size_t>(size) + static_cast<size_t>(ucnv_toUCountPending(converter, &status));
 }
 size_t count_taken(UConverter* converter, std::u16string_view) {
   char16_t invalid[longest_report];
   int8_t size = longest_report;
   UErrorCode status = U_ZERO_ERROR;
   ucnv_getInvalidUChars(converter, invalid, &size, &status);
-  return static_cast<size_t>(size + ucnv_fromUCountPending(converter, &status));
+  return static_cast<size_t>(size) +
+         static_cast<size_t>(ucnv_fromUCountPending(converter, &status));
 }
 
 template <class Function, class In, class Out>

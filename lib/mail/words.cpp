@@ -10,7 +10,7 @@ Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
   const size_t longest = find_longest(begin, end, columns, kind);
   if (longest == end) return {end, kind, *measure(begin, end, kind)};
 
-  const auto ends_character = [this](size_t) { return true; };
+  const auto ends_character = [](size_t) { return true; };
   const auto ends_cluster = [&](size_t index) { return clusters_.end_at(text_, begin, index); };
   // A word in front of another: GMime drops what follows a padded one.
   const auto is_unpadded = [&](size_t index) { return !is_padded(begin, index); };
