@@ -1,9 +1,9 @@
 /// @file
 /// C++ side of the library, namespace i18n: strict converters, error state and line folding.
 ///
-/// Programs that encode mail use i18n_mime.h. The classes here are what the encoders of
-/// i18n_mime.hpp are made of. The buffer that they write to is the library's own, so a program can
-/// ask them for sizes and rules but cannot make them write.
+/// Programs that make mails use i18n_mail.h or i18n_mime.h. The classes here are what the encoders
+/// of i18n_mime.hpp are made of. The buffer that they write to is the library's own, so a program
+/// can ask them for sizes and rules but cannot make them write.
 ///
 /// Thread rules: an object belongs to one thread at a time.
 #ifndef QORVII18N_I18N_HPP

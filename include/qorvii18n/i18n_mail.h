@@ -20,7 +20,7 @@
 ///    lines with an address, a media type, a word that is not encoded, or a first encoded word
 ///    beside a long field name.
 /// 8. Readers see the text that went in, blanks included. Some squeeze blanks in names.
-/// 9. Any functions may run at once in any threads, without a call before.
+/// 9. All functions may run at once in any threads, from the first call on.
 #ifndef QORVII18N_I18N_MAIL_H
 #define QORVII18N_I18N_MAIL_H
 
@@ -51,8 +51,8 @@ typedef struct i18n_mail_error_t {
   size_t item;                ///< index of the address item, else 0
   /// Index of the byte at which the offending character begins, after any escape sequence, in the
   /// text, name or address that is at fault; its length when something is missing at the end; the
-  /// longest length when it is too long; the begin of a domain outside ASCII that is no domain.
-  /// Exact, but for invalid UTF-7, BOCU-1, ISCII, GSM 03.38 and IMAP-mailbox-name. Else 0.
+  /// longest length when it is too long; where the domain begins when it is outside ASCII and no
+  /// domain. Exact, but for invalid UTF-7, BOCU-1, ISCII, GSM 03.38 and IMAP-mailbox-name. Else 0.
   size_t position;
 } i18n_mail_error_t;
 

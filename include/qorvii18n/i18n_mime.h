@@ -1,5 +1,6 @@
 /// @file
-/// MIME transfer encoding of text for mail.
+/// MIME transfer encoding of text for mail. To make whole fields and parts of mails, with errors
+/// that say what and where, take i18n_mail.h.
 ///
 /// 1. Texts are NUL-terminated byte strings and must not be null. The input is bytes in the source
 ///    charset, so that cannot be UTF-16 or UTF-32, whose text has NUL bytes in it. The encoded

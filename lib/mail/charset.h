@@ -20,8 +20,8 @@ class MailCharset {
   std::string_view name() const { return name_; }
   bool is_utf8() const { return converter_.isNull(); }
 
-  // The text in the charset, by itself: from the beginning state to the end state. Null when the
-  // charset lacks a character of it. What comes back may lie in the text, or is valid until the
+  // The text in the charset, complete by itself: it begins and ends in the initial state. Null when
+  // the charset lacks a character of it. What comes back may lie in the text, or is valid until the
   // next call.
   std::optional<std::string_view> convert(std::string_view text);
 

@@ -13,7 +13,7 @@ namespace mail {
 
 namespace {
 
-// The index of the first byte that is none of ASCII.
+// The index of the first byte outside ASCII.
 size_t find_high(std::string_view text, size_t index) {
   constexpr uint64_t high_bits = 0x8080808080808080;
   for (uint64_t word; text.size() - index >= sizeof word; index += sizeof word) {

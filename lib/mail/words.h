@@ -22,7 +22,7 @@ inline constexpr EscapeTable phrase_escapes =
     make_escape_table([](char c) { return is_alphanumeric(c) || is_one_of(c, "!*+-/"); });
 
 struct Word {
-  size_t end;  // of its text; the begin when no character fits
+  size_t end;  // of its text; where that begins when no character fits
   WordKind kind;
   size_t columns;
 };
@@ -39,12 +39,13 @@ class WordMaker {
 
   void append(std::string& line, size_t begin, const Word& word);
 
-  // Columns of a word; null when there is no such word, as one of its characters is none by itself.
+  // Columns of a word; null when there is none, because the charset lacks one of its characters
+  // without its neighbour.
   std::optional<size_t> measure(size_t begin, size_t end, WordKind kind);
 
  private:
   size_t find_longest(size_t begin, size_t end, size_t columns, WordKind kind);
-  // Where the text can be cut, at `longest` or before; the begin when nowhere.
+  // Where the text can be cut, at `longest` or before; `begin` when nowhere.
   template <class IsGood>
   size_t find_cut(size_t begin, size_t longest, IsGood is_good);
   bool is_padded(size_t begin, size_t end);
