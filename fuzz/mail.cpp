@@ -234,8 +234,10 @@ bool is_reason(i18n_mail_status_t status, const std::string& charset,
                const std::string& mail_charset, const std::string& text) {
   const auto utf8 = convert(charset, "UTF-8", text);
   const auto written = utf8 ? convert("UTF-8", mail_charset, *utf8) : std::nullopt;
-  const bool is_unknown = fuzz::open_converter(charset.c_str()).isNull();
-  if (status == I18N_MAIL_UNKNOWN_CHARSET) return is_unknown || charset == "x11-compound-text";
+  const auto source = fuzz::open_converter(charset.c_str());
+  if (status == I18N_MAIL_UNKNOWN_CHARSET) {
+    return source.isNull() || ucnv_getType(source.getAlias()) == UCNV_COMPOUND_TEXT;
+  }
   if (status == I18N_MAIL_INVALID_TEXT) return !utf8;
   if (status == I18N_MAIL_FORBIDDEN_CHARACTER) {
     return utf8->find_first_of(Text("\0\r\n", 3)) != utf8->npos;
