@@ -1,70 +1,10 @@
-// The charsets that inputs name by their position here, so the order is fixed: new ones go to the
-// end.
+// The charsets that inputs name by their position.
 #pragma once
 
 namespace fuzz {
 
-// clang-format off
 inline constexpr const char* charsets[] = {
-    "UTF-8", "UTF-16", "UTF-16BE", "UTF-16LE", "UTF-32", "UTF-32BE", "UTF-32LE",
-    "UTF16_PlatformEndian", "UTF16_OppositeEndian", "UTF32_PlatformEndian", "UTF32_OppositeEndian",
-    "UTF-16BE,version=1", "UTF-16LE,version=1", "UTF-16,version=1", "UTF-16,version=2", "UTF-7",
-    "IMAP-mailbox-name", "SCSU", "BOCU-1", "CESU-8", "ISO-8859-1", "US-ASCII", "gb18030",
-    "ibm-912_P100-1995", "ibm-913_P100-2000", "ibm-914_P100-1995", "ibm-915_P100-1995",
-    "ibm-1089_P100-1995", "ibm-9005_X110-2007", "ibm-813_P100-1995", "ibm-5012_P100-1999",
-    "ibm-916_P100-1995", "ibm-920_P100-1995", "iso-8859_10-1998", "iso-8859_11-2001",
-    "ibm-921_P100-1995", "iso-8859_14-1998", "ibm-923_P100-1998", "ibm-942_P12A-1999",
-    "ibm-943_P15A-2003", "ibm-943_P130-1999", "ibm-33722_P12A_P12A-2009_U2", "ibm-33722_P120-1999",
-    "ibm-954_P101-2007", "euc-jp-2007", "ibm-1373_P100-2002", "windows-950-2000",
-    "ibm-950_P110-1999", "ibm-1375_P100-2008", "ibm-5471_P100-2006", "ibm-1386_P100-2001",
-    "windows-936-2000", "ibm-1383_P110-1999", "ibm-5478_P100-1995", "euc-tw-2014",
-    "ibm-964_P110-1999", "ibm-949_P110-1999", "ibm-949_P11A-1999", "ibm-970_P110_P110-2006_U2",
-    "ibm-971_P100-1995", "ibm-1363_P11B-1998", "ibm-1363_P110-1997", "windows-949-2000",
-    "windows-874-2000", "ibm-874_P100-1995", "ibm-1162_P100-1999", "ibm-437_P100-1995",
-    "ibm-720_P100-1997", "ibm-737_P100-1997", "ibm-775_P100-1996", "ibm-850_P100-1995",
-    "ibm-851_P100-1995", "ibm-852_P100-1995", "ibm-855_P100-1995", "ibm-856_P100-1995",
-    "ibm-857_P100-1995", "ibm-858_P100-1997", "ibm-860_P100-1995", "ibm-861_P100-1995",
-    "ibm-862_P100-1995", "ibm-863_P100-1995", "ibm-864_X110-1999", "ibm-865_P100-1995",
-    "ibm-866_P100-1995", "ibm-867_P100-1998", "ibm-868_P100-1995", "ibm-869_P100-1995",
-    "ibm-878_P100-1996", "ibm-901_P100-1999", "ibm-902_P100-1999", "ibm-922_P100-1999",
-    "ibm-1168_P100-2002", "ibm-4909_P100-1999", "ibm-5346_P100-1998", "ibm-5347_P100-1998",
-    "ibm-5348_P100-1997", "ibm-5349_P100-1998", "ibm-5350_P100-1998", "ibm-9447_P100-2002",
-    "ibm-9448_X100-2005", "ibm-9449_P100-2002", "ibm-5354_P100-1998", "ibm-1250_P100-1995",
-    "ibm-1251_P100-1995", "ibm-1252_P100-2000", "ibm-1253_P100-1995", "ibm-1254_P100-1995",
-    "ibm-1255_P100-1995", "ibm-5351_P100-1998", "ibm-1256_P110-1997", "ibm-5352_P100-1998",
-    "ibm-1257_P100-1995", "ibm-5353_P100-1998", "ibm-1258_P100-1997", "macos-0_2-10.2",
-    "macos-6_2-10.4", "macos-7_3-10.2", "macos-29-10.2", "macos-35-10.2", "ibm-1051_P100-1995",
-    "ibm-1276_P100-1995", "ibm-1006_P100-1995", "ibm-1098_P100-1995", "ibm-1124_P100-1996",
-    "ibm-1125_P100-1997", "ibm-1129_P100-1997", "ibm-1131_P100-1997", "ibm-1133_P100-1997",
-    "gsm-03.38-2009", "ISO_2022,locale=ja,version=0", "ISO_2022,locale=ja,version=1",
-    "ISO_2022,locale=ja,version=2", "ISO_2022,locale=ja,version=3", "ISO_2022,locale=ja,version=4",
-    "ISO_2022,locale=ko,version=0", "ISO_2022,locale=ko,version=1", "ISO_2022,locale=zh,version=0",
-    "ISO_2022,locale=zh,version=1", "ISO_2022,locale=zh,version=2", "HZ", "x11-compound-text",
-    "ISCII,version=0", "ISCII,version=1", "ISCII,version=2", "ISCII,version=3", "ISCII,version=4",
-    "ISCII,version=5", "ISCII,version=6", "ISCII,version=7", "ISCII,version=8", "LMBCS-1",
-    "ibm-37_P100-1995", "ibm-273_P100-1995", "ibm-277_P100-1995", "ibm-278_P100-1995",
-    "ibm-280_P100-1995", "ibm-284_P100-1995", "ibm-285_P100-1995", "ibm-290_P100-1995",
-    "ibm-297_P100-1995", "ibm-420_X120-1999", "ibm-424_P100-1995", "ibm-500_P100-1995",
-    "ibm-803_P100-1999", "ibm-838_P100-1995", "ibm-870_P100-1995", "ibm-871_P100-1995",
-    "ibm-875_P100-1995", "ibm-918_P100-1995", "ibm-930_P120-1999", "ibm-933_P110-1995",
-    "ibm-935_P110-1999", "ibm-937_P110-1999", "ibm-939_P120-1999", "ibm-1025_P100-1995",
-    "ibm-1026_P100-1995", "ibm-1047_P100-1995", "ibm-1097_P100-1995", "ibm-1112_P100-1995",
-    "ibm-1122_P100-1999", "ibm-1123_P100-1995", "ibm-1130_P100-1997", "ibm-1132_P100-1998",
-    "ibm-1137_P100-1999", "ibm-4517_P100-2005", "ibm-1140_P100-1997", "ibm-1141_P100-1997",
-    "ibm-1142_P100-1997", "ibm-1143_P100-1997", "ibm-1144_P100-1997", "ibm-1145_P100-1997",
-    "ibm-1146_P100-1997", "ibm-1147_P100-1997", "ibm-1148_P100-1997", "ibm-1149_P100-1997",
-    "ibm-1153_P100-1999", "ibm-1154_P100-1999", "ibm-1155_P100-1999", "ibm-1156_P100-1999",
-    "ibm-1157_P100-1999", "ibm-1158_P100-1999", "ibm-1160_P100-1999", "ibm-1164_P100-1999",
-    "ibm-1364_P110-2007", "ibm-1371_P100-1999", "ibm-1388_P103-2001", "ibm-1390_P110-2003",
-    "ibm-1399_P110-2003", "ibm-5123_P100-1999", "ibm-8482_P100-1999", "ibm-16684_P110-2003",
-    "ibm-4899_P100-1998", "ibm-4971_P100-1999", "ibm-9067_X100-2005", "ibm-12712_P100-1998",
-    "ibm-16804_X110-1999", "ibm-37_P100-1995,swaplfnl", "ibm-1047_P100-1995,swaplfnl",
-    "ibm-1140_P100-1997,swaplfnl", "ibm-1141_P100-1997,swaplfnl", "ibm-1142_P100-1997,swaplfnl",
-    "ibm-1143_P100-1997,swaplfnl", "ibm-1144_P100-1997,swaplfnl", "ibm-1145_P100-1997,swaplfnl",
-    "ibm-1146_P100-1997,swaplfnl", "ibm-1147_P100-1997,swaplfnl", "ibm-1148_P100-1997,swaplfnl",
-    "ibm-1149_P100-1997,swaplfnl", "ibm-1153_P100-1999,swaplfnl", "ibm-12712_P100-1998,swaplfnl",
-    "ibm-16804_X110-1999,swaplfnl", "ebcdic-xml-us",
+#include "charsets.inc"
 };
-// clang-format on
 
 }  // namespace fuzz

@@ -74,18 +74,6 @@ TEST(UcnvChunkIter, ReportsAFailureInUnitsOfItsInput) {
       "the Unicode sequence.\n");
 }
 
-TEST(FromUnicodeIter, TakesOnlyALowerTargetLimit) {
-  const std::pair<int, const char*> cases[] = {
-      {4, "abcd"}, {8, "abcdefgh"}, {9, "abcdefgh"}, {-1, "abcdefgh"}, {0, ""}};
-  for (const auto& [limit, first_chunk] : cases) {
-    i18n::FromUnicodeIter iter("UTF-8", 8);
-    iter.set_in_str(u"abcdefghijkl");
-    iter.set_target_limit(limit);
-    iter.next_chunk();
-    EXPECT_EQ(iter.get_chunk().text, first_chunk) << limit;
-  }
-}
-
 TEST(ChunkIter, InErrorFromTheStartWhenTheCharsetDoesNotOpen) {
   const std::string cannot_open = "6: Unable to open a UConverter for charset no-such-charset";
   EXPECT_TRUE(i18n::FromUnicodeIter("no-such-charset", 8).is_error());
@@ -191,20 +179,6 @@ TEST(Tracing, FindsTheInputOfAUnit) {
   held_over.set_in_str("a\U0001f600");
   pull_all<char16_t>(held_over);
   EXPECT_EQ(trace(held_over, 0), "\x80 @ 4") << "cut to the input";
-}
-
-TEST(TrivialIter, PassesTheInputOnInChunks) {
-  const std::tuple<const char*, int, const char*> cases[] = {{"012345", 0, "0123|45|"},
-      {"0123456", 3, "012|345|6|"}, {"012345", 5, "0123|45|"}, {"012345", -5, "0123|45|"},
-      {"01", 0, "01|"}, {"01", 3, "01|"}, {"", 0, "|"}};
-  for (const auto& [input, limit, chunks] : cases) {
-    i18n::TrivialIter iter(4);
-    EXPECT_FALSE(iter.has_next_chunk());
-    iter.set_in_str(input);
-    iter.set_limit_byte_size(limit);
-    EXPECT_EQ(pull_all<char>(iter).texts, chunks) << limit;
-    EXPECT_FALSE(iter.get_char_iter().has_next_chunk());
-  }
 }
 
 }  // namespace

@@ -21,24 +21,6 @@ TEST(UcnvErrorHandler, TellsAFullTargetFromAFailure) {
   }
 }
 
-TEST(Error, IsClearedOnlyByAssignment) {
-  struct Flag : i18n::Error {
-  } flag, ok;
-  flag.set_error();
-  flag.set_error();
-  EXPECT_TRUE(Flag(flag).is_error());
-  flag = ok;
-  EXPECT_FALSE(flag.is_error());
-}
-
-TEST(BegEnd, KeepsAnOpenEndOpen) {
-  i18n::BegEnd closed(3, 7), open(3, -1);
-  closed.add(2);
-  open.add(2);
-  EXPECT_EQ(std::tuple(closed.begin, closed.end, closed.size()), std::tuple(5, 9, 4));
-  EXPECT_EQ(std::tuple(open.begin, open.end, open.size()), std::tuple(5, -1, -6));
-}
-
 // Every way to append, at sizes around the edges of blocks, gives the same content.
 TEST(StringBuffer, KeepsAndTakesBackBytesAcrossBlocks) {
   const std::tuple<std::string, int, int> cases[] = {{"", 1, 1}, {"a", 1, 1}, {"abc", 1, 1},

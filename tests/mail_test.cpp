@@ -85,21 +85,17 @@ const std::string family_b = "8J+RqOKAjfCfkanigI3wn5Gn4oCN8J+Rp";
 TEST(MailHeader, KeepsPlainWordsAndEncodesTheRestWithItsBlanks) {
   const std::tuple<std::string, std::string> cases[] = {
       {"", ""},
-      {"Hello, world", "Hello, world"},
       {"a =b? c=d", "a =?UTF-8?B?PWI/?= c=d"},
       // what looks like a word, or like its begin or end
       {"=?UTF-8?Q?a?= b", "=?UTF-8?B?PT9VVEYtOD9RP2E/PQ==?= b"},
       {"x=?y", "=?UTF-8?Q?x=3D=3Fy?="},
       // blanks that a reader could lose
-      {" ", "=?UTF-8?Q?=20?="},
       {" a b", "=?UTF-8?Q?=20a?= b"},
-      {"a b ", "a =?UTF-8?Q?b=20?="},
       {"a b  c d", "a =?UTF-8?Q?b=20=20c?= d"},
       {"a\tb", "=?UTF-8?B?YQli?="},
       // neighbours make one word; the shorter encoding; Q when equal
       {"\u00fc \u00fc a", "=?UTF-8?B?w7wgw7w=?= a"},
       {"a \u00fcbungen b", "a =?UTF-8?Q?=C3=BCbungen?= b"},
-      {"\u00fcab", "=?UTF-8?Q?=C3=BCab?="},
   };
   for (const auto& [input, value] : cases) {
     EXPECT_EQ(header(input).text, "Subject: " + value) << input;
@@ -111,7 +107,6 @@ TEST(MailHeader, FoldsWhereReadersKeepEveryBlank) {
   const std::string x67(67, 'x'), x75(75, 'x'), long_word(932, 'x');
   const std::tuple<std::string, std::string> cases[] = {
       {x67 + " y", x67 + "\r\n y"},
-      {x64 + " yy zz", x64 + " yy\r\n zz"},
       // never right after the colon
       {x75 + " y", x75 + "\r\n y"},
       {long_word, long_word},
@@ -120,7 +115,6 @@ TEST(MailHeader, FoldsWhereReadersKeepEveryBlank) {
                             "?=" + repeat("\r\n =?UTF-8?Q?" + std::string(63, 'x') + "?=", 13) +
                             "\r\n =?UTF-8?Q?" + std::string(59, 'x') + "?="},
       // an encoded word that would be split begins a line
-      {x50 + " \u00fc", x50 + " =?UTF-8?B?w7w=?="},
       {x50 + "x \u00fc", x50 + "x\r\n =?UTF-8?B?w7w=?="},
       // no fold between an encoded word and a plain one: on the next line both fit, or both are
       // encoded
@@ -128,8 +122,6 @@ TEST(MailHeader, FoldsWhereReadersKeepEveryBlank) {
       {"\u00fc " + x50, "=?UTF-8?B?w7w=?= " + x50},
       {"\u00fc x" + x50 + " y",
           "=?UTF-8?Q?=C3=BC=20x" + std::string(45, 'x') + "?=\r\n =?UTF-8?Q?xxxxx?= y"},
-      {"\u00fc x" + x50 + " \u00fc y",
-          "=?UTF-8?Q?=C3=BC=20x" + std::string(45, 'x') + "?=\r\n =?UTF-8?Q?xxxxx=20=C3=BC?= y"},
   };
   for (const auto& [input, value] : cases) {
     EXPECT_EQ(header(input).text, "Subject: " + value) << input;
@@ -141,7 +133,6 @@ TEST(MailHeader, FoldsWhereReadersKeepEveryBlank) {
 TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
   const std::string nihon = "\u65e5\u672c", nihon_b = "5pel5pys";
   const std::string thumb = "\U0001F44D\U0001F3FD";
-  const std::string rainbow = "\U0001F3F3\uFE0F\u200D\U0001F308";
   const std::tuple<std::string, const char*, std::string> cases[] = {
       // a B word in front of another is not padded
       {repeat("\u00fc", 30), "UTF-8",
@@ -150,21 +141,13 @@ TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
       // clusters stay whole, if need be for the price of a Q word
       {repeat(thumb, 5), "UTF-8",
           "=?UTF-8?B?8J+RjfCfj73wn5GN8J+PvfCfkY3wn4+9?=\r\n =?UTF-8?B?8J+RjfCfj73wn5GN8J+PvQ==?="},
-      {repeat(rainbow, 4), "UTF-8",
-          "=?UTF-8?Q?=F0=9F=8F=B3=EF=B8=8F=E2=80=8D=F0=9F=8C=88?=\r\n "
-          "=?UTF-8?B?8J+Ps++4j+KAjfCfjIjwn4+z77iP4oCN8J+MiPCfj7PvuI/igI3wn4yI?="},
       // but not for the price of a padded word
       {family + family, "UTF-8",
           "=?UTF-8?B?" + family_b + "vCfkajigI3wn5Gp4oCN?=\r\n =?UTF-8?B?8J+Rp+KAjfCfkaY=?="},
-      // clusters longer than a line
-      {"e" + repeat("\u0301", 30), "UTF-8",
-          "=?UTF-8?B?ZcyB" + repeat("zIHMgcyB", 6) + "?=\r\n =?UTF-8?B?" + repeat("zIHMgcyB", 3) +
-              "zIHMgQ==?="},
       // each word has its own shift states
       {repeat(nihon, 9) + "a" + nihon, "ISO-2022-JP",
           "=?ISO-2022-JP?Q?=1B$B" + repeat("F|K\\", 9) +
               "=1B(Ba?=\r\n =?ISO-2022-JP?Q?=1B$BF|K\\=1B(B?="},
-      {"\U0001F600", "gb18030", "=?GB18030?Q?=949=FC6?="},
   };
   for (const auto& [input, charset, value] : cases) {
     EXPECT_EQ(header(input, nullptr, charset).text, "Subject: " + value) << input;
@@ -172,35 +155,25 @@ TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
 }
 
 TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
-  const std::string x70(70, 'x'), x75(75, 'x'), x73(73, 'x');
+  const std::string x75(75, 'x');
   const std::tuple<std::vector<Item>, std::string> cases[] = {
-      {{{"", "a@example.org"}}, "a@example.org"},
       {{{"John Q Doe", "a@b"}, {"", "c@d"}, {"E", "f@g"}}, "John Q Doe <a@b>, c@d, E <f@g>"},
       {{{"Klein, J.", "j@example.org"}}, "\"Klein, J.\" <j@example.org>"},
-      {{{"a  b", "a@b"}}, "\"a  b\" <a@b>"},
       {{{"a\"b\\", "a@b"}}, "\"a\\\"b\\\\\" <a@b>"},
       // encoded: outside ASCII, with outer blanks, controls, or what looks like a word
       {{{"J\u00fcrgen, Gro\u00df", "a@b"}}, "=?UTF-8?B?SsO8cmdlbiwgR3Jvw58=?= <a@b>"},
       {{{"\u00fcabcdefghijkl", "a@b"}}, "=?UTF-8?Q?=C3=BCabcdefghijkl?= <a@b>"},
-      {{{"a\tb", "a@b"}}, "=?UTF-8?B?YQli?= <a@b>"},
       {{{"=?a?=", "a@b"}}, "=?UTF-8?B?PT9hPz0=?= <a@b>"},
       // domains outside ASCII
       {{{"", "a@k\u00f6ln.example"}}, "a@xn--kln-sna.example"},
-      {{{"", "a@stra\u00dfe.example"}}, "a@xn--strae-oqa.example"},
       {{{"", "a@K\u00d6LN\u3002example"}}, "a@xn--kln-sna.example"},
       {{{"", "!#$%&'*+-/=?^_`{|}~.a@b_c"}}, "!#$%&'*+-/=?^_`{|}~.a@b_c"},
       // folds: in front of an item, or in front of its address; names stay on one line
-      {{{"", "a@b"}, {x64, "a@bb"}}, "a@b,\r\n " + x64 + " <a@bb>"},
       {{{"", "a@b"}, {x75, "a@b"}}, "a@b,\r\n " + x75 + "\r\n <a@b>"},
-      {{{x70 + "yy", "a@b"}}, x70 + "yy\r\n <a@b>"},
-      {{{x73, "a@b"}}, "=?UTF-8?Q?" + std::string(60, 'x') + "?=\r\n =?UTF-8?Q?" +
-                           std::string(13, 'x') + "?= <a@b>"},
       {{{"", "a@b"}, {x75 + "x", "a@b"}}, "a@b,\r\n =?UTF-8?Q?" + std::string(63, 'x') +
                                               "?=\r\n =?UTF-8?Q?" + std::string(13, 'x') +
                                               "?= <a@b>"},
       // a single word if a line of its own holds it
-      {{{"", "a@b"}, {std::string(58, 'x') + "\u00fc", "a@b"}},
-          "a@b,\r\n =?UTF-8?Q?" + std::string(58, 'x') + "?=\r\n =?UTF-8?Q?=C3=BC?= <a@b>"},
       {{{"", "a@b"}, {std::string(57, 'x') + "\u00fc", "a@b"}},
           "a@b,\r\n =?UTF-8?Q?" + std::string(57, 'x') + "=C3=BC?=\r\n <a@b>"},
   };
@@ -219,13 +192,11 @@ TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
 TEST(MailParameter, IsPlainWhereEveryReaderTakesItSo) {
   const std::tuple<std::string, std::string> cases[] = {
       {"a.pdf", "filename=a.pdf"},
-      {"a b.pdf", "filename=\"a b.pdf\""},
       {"", "filename=\"\""},
       {std::string(65, 'x'), "filename=" + std::string(65, 'x')},
       {std::string(66, 'x'), "filename*0*=UTF-8''" + std::string(55, 'x') +
                                  ";\r\n filename*1*=" + std::string(11, 'x')},
       {"a\"b", "filename*=UTF-8''a%22b"},
-      {"a\\b", "filename*=UTF-8''a%5Cb"},
       {"a\tb", "filename*=UTF-8''a%09b"},
       {"\u00dc-1_2.~", "filename*=UTF-8''%C3%9C-1_2.%7E"},
       // pieces end with whole characters
@@ -249,12 +220,10 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
   const std::tuple<std::string, std::string, std::string, std::string> cases[] = {
       {"", ascii, "7bit", ""},
       {"a\tb\nc\rd\r\n\r\ne", ascii, "7bit", "a\tb\r\nc\r\nd\r\n\r\ne\r\n"},
-      {"\r\r\n\n", ascii, "7bit", "\r\n\r\n\r\n"},
       {x76, ascii, "7bit", x76 + "\r\n"},
       // what is lost or changed on the way
       {x76 + "y", ascii, qp, x75 + "=\r\nxy\r\n"},
       {"a \nb", ascii, qp, "a=20\r\nb\r\n"},
-      {"a\t\nbcd", ascii, qp, "a=09\r\nbcd\r\n"},
       {".\na", ascii, qp, "=2E\r\na\r\n"},
       {"From a\nFrom", ascii, qp, "=46rom a\r\nFrom\r\n"},
       {"a=b\x7f"
@@ -264,12 +233,10 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
       // lines that are cut: never inside an escape, and the next begins as a line must, too
       {std::string(74, 'x') + "= 12345678901234567890", ascii, qp,
           std::string(74, 'x') + "=\r\n=3D 12345678901234567890\r\n"},
-      {x75 + ".y", ascii, qp, x75 + "=\r\n=2Ey\r\n"},
       {x75 + "From y", ascii, qp, x75 + "=\r\n=46rom y\r\n"},
       {x75 + "  ", ascii, qp, x75 + "=\r\n =20\r\n"},
       {x50 + std::string(30, ' ') + "x", ascii, qp, x50 + std::string(25, ' ') + "=\r\n     x\r\n"},
       // the shorter one; quoted-printable when equal
-      {"\u00fc", utf8, qp, "=C3=BC\r\n"},
       {"\u65e5\u672c\n", utf8, "base64", "5pel5pysDQo=\r\n"},
   };
   for (const auto& [input, type, encoding, body] : cases) {
@@ -299,43 +266,30 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       // arguments in their order
       {header("\xff", "no-such", "no-such", ""), {I18N_MAIL_BAD_NAME, 0, 0}},
       {header("\xff", "no-such", "no-such"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
-      {header("\xff", nullptr, "no-such"), {I18N_MAIL_UNKNOWN_MAIL_CHARSET, 0, 0}},
       {header("\n\xff"), {I18N_MAIL_INVALID_TEXT, 0, 1}},
       {header("\u00fc\n\u20ac", nullptr, "latin1"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 2}},
       {addresses({}, "To", "no-such"), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
-      {addresses({{"\xff", "a"}}, "To", "no-such"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
       {addresses({{"a", "a@b"}, {"b\xff", "a"}}), {I18N_MAIL_INVALID_TEXT, 1, 1}},
       {addresses({{"a", "a@b"}, {"b", "a"}, {"\xff", ""}}), {I18N_MAIL_BAD_ADDRESS, 1, 1}},
       // names
-      {header("", nullptr, nullptr, "a:b"), {I18N_MAIL_BAD_NAME, 0, 1}},
       {header("", nullptr, nullptr, "Subject\r\nX"), {I18N_MAIL_BAD_NAME, 0, 7}},
       {header("", nullptr, nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 64}},
-      {header("", nullptr, nullptr, nullptr), {I18N_MAIL_BAD_NAME, 0, 0}},
-      {parameter("", nullptr, "a*"), {I18N_MAIL_BAD_NAME, 0, 1}},
       {parameter("", nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 40}},
       {text_part("", nullptr, nullptr, "plain; x"), {I18N_MAIL_BAD_NAME, 0, 5}},
-      {data_part("", "text"), {I18N_MAIL_BAD_NAME, 0, 4}},
       {data_part("", "a/b\r\nX: y"), {I18N_MAIL_BAD_NAME, 0, 3}},
       // addresses
       {addresses({{"", "a.@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       {addresses({{"", "a@b..c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
-      {addresses({{"", "a@b."}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
-      {addresses({{"", "a b@c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
       {addresses({{"", "a@b>, <c@d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 3}},
-      {addresses({{"", "\u00fc@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
       {addresses({{"", "a@\u00fc\xff"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
       {addresses({{"", "a@b\uff1ec.d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
-      {addresses({{"", "a@\u00fc..d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       {addresses({{"", address255.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 254}},
       {addresses({{"", many_ignored.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
-      {addresses({{"", nullptr}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
       // forbidden characters
       {header("a\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
-      {header("\xfc\r", "latin1"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
       {addresses({{"", "a@b"}, {"\n", ""}}), {I18N_MAIL_FORBIDDEN_CHARACTER, 1, 0}},
       {text_part("a\r\nb\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 4}},
       // invalid texts
-      {header("a\xe2\x82"), {I18N_MAIL_INVALID_TEXT, 0, 1}},
       {header("\u00fc\xed\xa0\x80"), {I18N_MAIL_INVALID_TEXT, 0, 2}},
       {header("\x1b$BF|\x1b(Ba\xff", "ISO-2022-JP"), {I18N_MAIL_INVALID_TEXT, 0, 9}},
       {header("\xed\xa0\x80"
@@ -351,7 +305,6 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       {text_part("\r\r\n\u00fc\u20ac", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 5}},
       // after any escape sequence
       {header("a\x1b$BF|K\\", "ISO-2022-JP", "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 4}},
-      {header("a~{VP", "HZ", "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 3}},
   };
   int row = 0;
   for (const auto& [result, error] : cases) {
@@ -360,7 +313,6 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
   }
   EXPECT_EQ(i18n_mail_header("", nullptr, 0, nullptr, nullptr, nullptr), nullptr);
   EXPECT_STREQ(i18n_mail_status_text(I18N_MAIL_BAD_ADDRESS), "bad address");
-  EXPECT_STREQ(i18n_mail_status_text(static_cast<i18n_mail_status_t>(99)), "unknown status");
 }
 
 // Where a character begins, prefixes of the text show: the longest that has what is before it.
