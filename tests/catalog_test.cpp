@@ -28,18 +28,3 @@ TEST(Banner, IsOneAlignedLine) {
   libqorvii18n_print_verid();
   EXPECT_EQ(take_diagnostics(), std::string("0: ") + buffer);
 }
-
-TEST(KernelServices, TablesKeepTheirSlotsAndCopyTheirKeys) {
-  static hash_str_t* const table = hash_str_create(200, 8, 0);  // lives on, by its contract
-  uint64_t scratch;
-  void **first = nullptr, **slot;
-  for (int i = 0; i < 1000; ++i) {
-    const std::string key = "key " + std::to_string(i);
-    hash_str_enter(table, key.c_str(), &scratch, i == 0 ? &first : &slot);
-  }
-  *first = table;
-  EXPECT_NE(hash_str_lookup(table, "key 0", &scratch, &slot), 0);
-  EXPECT_EQ(slot, first);
-  EXPECT_EQ(hash_str_lookup(table, "Key 0", &scratch, &slot), 0);
-  EXPECT_EQ(slot, first) << "a miss leaves the slot pointer alone";
-}

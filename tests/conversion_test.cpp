@@ -130,14 +130,6 @@ TEST(FullCharIter, EndsChunksOnWholeCharacters) {
   }
 }
 
-TEST(FullCharIter, SurvivesALimitBelowWhatItHolds) {
-  i18n::FromUnicodeFullCharIter iter("UTF-8", 4);
-  iter.set_in_str(u"a\U0001f600b");
-  iter.next_chunk();
-  iter.set_target_limit(1);
-  EXPECT_EQ(pull_all<char>(iter).texts, "\xf0|\x9f|\x98|\x80|b|");
-}
-
 TEST(CharsetToCharset, ReportsAFailureInBytesOfTheWholeInput) {
   const std::tuple<const char*, const char*, std::string, std::string, std::string> cases[] = {
       {"UTF-8", "ISO-8859-1", x(100) + "\377klmnop", x(86) + "|" + x(14),
@@ -157,28 +149,6 @@ TEST(CharsetToCharset, ReportsAFailureInBytesOfTheWholeInput) {
     EXPECT_TRUE(iter.is_error());
     EXPECT_EQ(take_diagnostics(), report);
   }
-}
-
-// "ab @ 3": the source of a unit of the current chunk, and where that begins.
-template <class Iter>
-std::string trace(Iter& iter, int unit) {
-  int start = -2;
-  const std::string source = iter.trace_input_mb_char(unit, &start);
-  return source + " @ " + std::to_string(start);
-}
-
-TEST(Tracing, FindsTheInputOfAUnit) {
-  HeaderIter iter("Shift_JIS", "UTF-8", 86, 256);
-  iter.set_in_str("a\x93\xfa\x96{");
-  iter.next_chunk();
-  EXPECT_EQ(trace(iter, 0), "a @ 0");
-  EXPECT_EQ(trace(iter, 1), "\x93\xfa @ 1");
-  EXPECT_EQ(trace(iter, 3), "\x93\xfa @ 1");
-  EXPECT_EQ(trace(iter, 6), "\x96{ @ 3");
-  i18n::ToUnicodeIter held_over("UTF-8", 2);
-  held_over.set_in_str("a\U0001f600");
-  pull_all<char16_t>(held_over);
-  EXPECT_EQ(trace(held_over, 0), "\x80 @ 4") << "cut to the input";
 }
 
 }  // namespace

@@ -1,25 +1,6 @@
-// Status holders and the output buffer.
-#include <qorvii18n/i18n.hpp>
-
+// The output buffer.
 #include "core/string_buffer.h"
 #include "support/testing.h"
-
-TEST(UcnvErrorHandler, TellsAFullTargetFromAFailure) {
-  struct Handler : i18n::UcnvErrorHandler {
-    explicit Handler(int value) { status = value; }
-  };
-  const std::tuple<int, bool, bool, bool> cases[] = {{0, true, true, false},
-      {-124, true, true, false}, {15, true, false, true}, {14, false, false, false},
-      {16, false, false, false}, {10, false, false, false}};
-  for (const auto& [status, ok, total_ok, next] : cases) {
-    Handler handler(status);
-    EXPECT_EQ(handler.ucnv_is_ok(), ok) << status;
-    EXPECT_EQ(handler.ucnv_is_total_ok(), total_ok) << status;
-    EXPECT_EQ(handler.has_next(), next) << status;
-    handler.ucnv_set_ok();
-    EXPECT_TRUE(handler.ucnv_is_total_ok());
-  }
-}
 
 // Every way to append, at sizes around the edges of blocks, gives the same content.
 TEST(StringBuffer, KeepsAndTakesBackBytesAcrossBlocks) {
