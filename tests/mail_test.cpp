@@ -354,7 +354,8 @@ TEST(MailCharset, WritesStandardNamesOnly) {
   for (const char* charset :
       {"UTF-16", "UTF-16LE", "UTF-32", "UTF-7", "IMAP-mailbox-name", "HZ", "ISO-2022-KR", "SCSU",
           "BOCU-1", "CESU-8", "ibm-37", "ibm-5478_P100-1995", "Adobe-Standard-Encoding", "LMBCS-1",
-          "x11-compound-text", "UTF-8,version=1", "ISO-2022-JP,a\r\nX: y=", "", "no-such"}) {
+          "x11-compound-text", "UTF-8,version=1", "ISO-2022-JP,a\r\nX: y=", ",UTF-8", "", "no-such",
+          "UTF-8------------------------------------------------------------"}) {
     const Error error = {I18N_MAIL_UNKNOWN_MAIL_CHARSET, 0, 0};
     EXPECT_EQ(header("a", nullptr, charset).error, error) << charset;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "mail/call.h"
+#include "mail/names.h"
 
 namespace mail {
 
@@ -21,7 +22,12 @@ const char* find_standard_name(const char* charset) {
 }  // namespace
 
 bool names_utf8(const char* charset) {
-  return charset == nullptr || ucnv_compareNames(charset, "UTF-8") == 0;
+  if (charset == nullptr) return true;
+  // Two names can compare equal where ICU opens but one: it opens none that is too long.
+  const std::string_view name = charset;
+  const auto is_plain = [](char c) { return is_alphanumeric(c) || is_one_of(c, "-_"); };
+  return name.size() < UCNV_MAX_CONVERTER_NAME_LENGTH && std::ranges::all_of(name, is_plain) &&
+         ucnv_compareNames(charset, "UTF-8") == 0;
 }
 
 MailCharset::MailCharset(const char* charset) {
