@@ -99,7 +99,7 @@ build_and_run() {
 echo "== C++17 program through find_package"
 configure "$prefix" || { cat "$scratch/log"; fail "configure"; }
 build_and_run
-given="^(-isystem|-Wall|-Wextra|-Werror|-DPACKAGE_VERSION=.*)$"
+given="^(-isystem|-Wall|-Wextra|-Werror|-DPACKAGE_VERSION=.*|-std=.*|-xc\+\+)$"
 for flag in "${flags[@]}"; do given+="|^$flag$"; done
 if grep '"command"' "$scratch/build/compile_commands.json" | tr ' ' '\n' |
   grep -E '^-[^Ioc]' | grep -vE -- "$given"; then
