@@ -36,9 +36,9 @@ inline size_t measure_forms(const EscapeTable& table, std::string_view bytes) {
 }
 
 inline void append_escape(std::string& text, char c) {
-  constexpr char digits[] = "0123456789ABCDEF";
-  const auto byte = static_cast<unsigned char>(c);
-  text.append({'=', digits[byte >> 4], digits[byte & 15]});
+  char escape[transfer::escape_size];
+  transfer::put_escape(escape, static_cast<unsigned char>(c));
+  text.append(escape, sizeof escape);
 }
 
 // Appends the forms of the bytes.

@@ -14,11 +14,10 @@ using Form = std::array<char, 4>;
 using Forms = std::array<Form, 256>;
 
 constexpr std::array<Forms, 2> make_forms() {
-  constexpr char digits[] = "0123456789ABCDEF";
   std::array<Forms, 2> forms{};
   for (unsigned byte = 0; byte < 256; ++byte) {
     forms[false][byte] = {static_cast<char>(byte)};
-    forms[true][byte] = {'=', digits[byte >> 4], digits[byte & 15]};
+    put_escape(forms[true][byte].data(), static_cast<unsigned char>(byte));
   }
   return forms;
 }

@@ -10,6 +10,15 @@ constexpr size_t escape_size = 3;
 
 inline bool is_escaped(const char* table, unsigned char byte) { return table[byte] == 1; }
 
+// The escape of a byte. Returns the end.
+constexpr char* put_escape(char* out, unsigned char byte) {
+  constexpr char digits[] = "0123456789ABCDEF";
+  *out++ = '=';
+  *out++ = digits[byte >> 4];
+  *out++ = digits[byte & 15];
+  return out;
+}
+
 size_t count_escapes(const char* table, const unsigned char* bytes, size_t size);
 
 // Writes the forms of the bytes one after the other, without lines. Returns the end. What lies up

@@ -100,8 +100,8 @@ void QuotedPrintableBody::finish() {
         std::memcpy(out, i18n_mime::soft_break_mark, mark_size);
         out = put_body_break(out + mark_size);
       }
-      std::memcpy(out, last == ' ' ? "=20" : "=09", transfer::escape_size);
-      forms_size = static_cast<size_t>(out - forms) + transfer::escape_size;
+      out = transfer::put_escape(out, static_cast<unsigned char>(last));
+      forms_size = static_cast<size_t>(out - forms);
     }
   }
   char* const out = output.get_room(forms_size);

@@ -36,11 +36,9 @@ inline int get_form_size(const char* table, char byte) {
 }
 
 inline void append_escape(i18n::StringBuffer<char>& buffer, char byte) {
-  constexpr char digits[] = "0123456789ABCDEF";
-  const auto value = static_cast<unsigned char>(byte);
-  buffer.add_char('=');
-  buffer.add_char(digits[value >> 4]);
-  buffer.add_char(digits[value & 15]);
+  char escape[escape_size];
+  transfer::put_escape(escape, static_cast<unsigned char>(byte));
+  buffer.add_bytes(escape, escape_size);
 }
 
 inline void append_form(i18n::StringBuffer<char>& buffer, const char* table, char byte) {
