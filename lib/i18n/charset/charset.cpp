@@ -1,6 +1,7 @@
 // The registry of charset handles.
 #include "charset/charset.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <memory>
@@ -98,7 +99,7 @@ i18n_charset_t* i18n_charset_open_special(int selector) {
 
 i18n_charset_t** i18n_charset_open_all() {
   if (all_charsets != nullptr) return all_charsets;
-  const int32_t count = ucnv_countAvailable();
+  const int32_t count = std::max(ucnv_countAvailable(), 0);
   auto charsets = std::make_unique<i18n_charset_t*[]>(static_cast<size_t>(count) + 1);
   for (int32_t i = 0; i < count; ++i) charsets[i] = i18n_charset_open(ucnv_getAvailableName(i));
   all_charsets = charsets.release();

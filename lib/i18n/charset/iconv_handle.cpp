@@ -8,10 +8,9 @@
 #include "charset/converter.h"
 #include "core/c_string.h"
 
-// Members are destroyed from the last to the first: the source is closed before the target.
 struct i18n_iconv_t {
-  i18n::ConverterPtr to_converter;
   i18n::ConverterPtr from_converter;
+  i18n::ConverterPtr to_converter;
 };
 
 namespace {
@@ -30,10 +29,14 @@ i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to, const i18n_charset_t* fr
   i18n::ConverterPtr from_copy = copy_or_open_anew(from->converter, &status);
   i18n::ConverterPtr to_copy = copy_or_open_anew(to->converter, &status);
   if (!from_copy || !to_copy) return nullptr;
-  return new i18n_iconv_t{std::move(to_copy), std::move(from_copy)};
+  return new i18n_iconv_t{std::move(from_copy), std::move(to_copy)};
 }
 
-void i18n_iconv_close(i18n_iconv_t* handle) { delete handle; }
+void i18n_iconv_close(i18n_iconv_t* handle) {
+  if (handle == nullptr) return;
+  handle->from_converter.reset();  // before the target: members go from the last to the first
+  delete handle;
+}
 
 void i18n_iconv_reset(i18n_iconv_t* handle) {
   ucnv_reset(handle->from_converter.get());
