@@ -49,7 +49,9 @@ TEST(ChooseEncoding, IsQuotedPrintableBelowTheThresholdOnly) {
       {"abcd", std::numeric_limits<double>::quiet_NaN(), I18N_MIME_B64},
       {"", infinite, I18N_MIME_B64}};
   for (const auto& [text, threshold, encoding] : cases) {
-    EXPECT_EQ(choose_encoding(table, text, threshold), encoding) << text << threshold;
+    const std::string_view bytes = text;
+    EXPECT_EQ(choose_encoding(count_marked(table, bytes), bytes.size(), threshold), encoding)
+        << text << threshold;
   }
 }
 

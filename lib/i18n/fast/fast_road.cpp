@@ -58,28 +58,29 @@ i18n::CString encode_base64(Pieces& pieces) {
   return put_body(pieces, body) ? output.release() : nullptr;
 }
 
-i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text) {
+i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text, std::optional<size_t> counted) {
   const SharedTable<i18n_mime::QPBodyEncodingTable> table;
   if (!is_cuttable(table.get())) return nullptr;
   // What conversion adds to a text, or takes from it, are bytes that are not ASCII: escapes.
   const size_t size = pieces.get_expected_size();
+  const size_t before = counted ? *counted : estimate_escapes(table.get(), text);
   // The estimate can miss more of them than conversion takes away.
-  const size_t escapes =
-      std::max(estimate_escapes(table.get(), text) + size, text.size()) - text.size();
+  const size_t escapes = std::max(before + size, text.size()) - text.size();
   const size_t forms = size + (transfer::escape_size - 1) * escapes;
   Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
   QuotedPrintableBody body(table.get(), output);
   return put_body(pieces, body) ? output.release() : nullptr;
 }
 
-i18n::CString encode_pieces(i18n_mime_encoding_t encoding, Pieces& pieces, Bytes text) {
-  return encoding == I18N_MIME_QP ? encode_quoted_printable(pieces, text) : encode_base64(pieces);
+i18n::CString encode_pieces(const Work& work, Pieces& pieces, Bytes text) {
+  return work.encoding == I18N_MIME_QP ? encode_quoted_printable(pieces, text, work.escapes)
+                                       : encode_base64(pieces);
 }
 
 i18n::CString encode_body(const Work& work, Bytes text) {
   for (const auto& open : {open_iso_2022_jp, open_pieces}) {
     const std::unique_ptr<Pieces> pieces = open(work.from_charset, work.to_charset, text);
-    i18n::CString mail = pieces ? encode_pieces(work.encoding, *pieces, text) : nullptr;
+    i18n::CString mail = pieces ? encode_pieces(work, *pieces, text) : nullptr;
     if (mail) return mail;
   }
   return nullptr;

@@ -7,6 +7,8 @@
 // off has no fast road and writes the same mail.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include <qorvii18n/i18n_mime.h>
@@ -23,6 +25,8 @@ struct Work {
   i18n_mime_encoding_t encoding;
   const char* from_charset;
   const char* to_charset;
+  // How many bytes of the text quoted-printable escapes, where that was counted for a choice.
+  std::optional<size_t> escapes = std::nullopt;
 };
 
 // The encoded text, or null when this road leaves it to the exact one.

@@ -10,15 +10,17 @@
 
 namespace i18n_mime {
 
-// Quoted-printable when the threshold is greater than the fraction of bytes that the table marks,
-// else base64: also for an empty text, which has no such fraction. The bytes are those of the
-// source charset.
-inline i18n_mime_encoding_t choose_encoding(const char* table, std::string_view text,
-                                            double qp_threshold) {
+// How many bytes of a text, in its source charset, the table marks.
+inline size_t count_marked(const char* table, std::string_view text) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-  const auto marked = static_cast<double>(transfer::count_escapes(table, bytes, text.size()));
-  const bool prefers_qp = qp_threshold > marked / static_cast<double>(text.size());
-  return prefers_qp ? I18N_MIME_QP : I18N_MIME_B64;
+  return transfer::count_escapes(table, bytes, text.size());
+}
+
+// Quoted-printable when the threshold is greater than the fraction of marked bytes, else base64:
+// also for an empty text, which has no such fraction.
+inline i18n_mime_encoding_t choose_encoding(size_t marked, size_t size, double qp_threshold) {
+  const double fraction = static_cast<double>(marked) / static_cast<double>(size);
+  return qp_threshold > fraction ? I18N_MIME_QP : I18N_MIME_B64;
 }
 
 template <class Iter, class QPTable, class QPEncoder, class B64Encoder>
@@ -32,7 +34,8 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
 
   void borrow_in_str(std::string_view input) override {
     if (this->is_error()) return;
-    if (choose_encoding(this->table, input, qp_threshold) == I18N_MIME_QP) {
+    const size_t marked = count_marked(this->table, input);
+    if (choose_encoding(marked, input.size(), qp_threshold) == I18N_MIME_QP) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
       this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());

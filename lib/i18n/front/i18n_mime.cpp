@@ -28,16 +28,17 @@ char* encode_plain(Form form, i18n_mime_encoding_t encoding, const char* str,
 // A table of bytes to escape, to be looked at.
 template <class QPTable>
 struct Counted : QPTable {
-  i18n_mime_encoding_t choose(std::string_view text, double threshold) const {
-    return i18n_mime::choose_encoding(this->table, text, threshold);
-  }
+  size_t count(std::string_view text) const { return i18n_mime::count_marked(this->table, text); }
 };
 
 template <class Chooser, class QPTable>
 char* encode_chosen(Form form, const char* str, const char* from_charset, const char* to_charset,
                     double qp_threshold, i18n_mime_encoding_t* encoding_out) {
-  const i18n_mime_encoding_t encoding = Counted<QPTable>().choose(str, qp_threshold);
-  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset}, str);
+  const std::string_view text = str;
+  const size_t marked = Counted<QPTable>().count(text);
+  const i18n_mime_encoding_t encoding =
+      i18n_mime::choose_encoding(marked, text.size(), qp_threshold);
+  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset, marked}, text);
   if (!result) return Chooser(from_charset, to_charset, qp_threshold, encoding_out).encode(str);
   if (encoding_out != nullptr) *encoding_out = encoding;
   return result.release();
