@@ -53,8 +53,9 @@ class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
   void report_input_failure() const;
   void report_target_failure();
 
-  ToUnicodeIter to_unicode;
+  // Destroyed from the last to the first.
   std::optional<FromIter> from_unicode;  // not made when the source charset does not open
+  ToUnicodeIter to_unicode;
 };
 
 extern template class CharsetToCharsetChunkIter<FromUnicodeIter>;
