@@ -111,11 +111,13 @@ inline std::string join_digits(std::string_view text, std::string_view digits,
   return bytes;
 }
 
-inline std::string decode_qp(std::string_view text, bool header) {
+// is_literal_byte says of a byte other than '=' whether it may stand for itself.
+template <class IsLiteral>
+std::string decode_qp(std::string_view text, IsLiteral is_literal_byte) {
   std::string bytes;
   for (size_t i = 0; i < text.size(); ++i) {
     const bool is_escape = text[i] == '=';
-    check(is_escape ? text.size() - i > 2 : is_literal(text[i], header), "escapes are whole");
+    check(is_escape ? text.size() - i > 2 : is_literal_byte(text[i]), "escapes are whole");
     bytes +=
         is_escape ? join_digits(text.substr(i + 1, 2), "0123456789ABCDEF", 4) : text.substr(i, 1);
     if (is_escape) i += 2;
@@ -150,7 +152,8 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
     line.remove_suffix(suffix.size());
     check(!last || !line.ends_with(' '), "no blank is the last byte");
     check(header || last || encoding == 'Q' || !line.ends_with('='), "padding comes last");
-    bytes += encoding == 'Q' ? decode_qp(line, header) : decode_base64(line);
+    const auto is_literal_here = [header](char byte) { return is_literal(byte, header); };
+    bytes += encoding == 'Q' ? decode_qp(line, is_literal_here) : decode_base64(line);
   }
   return bytes;
 }

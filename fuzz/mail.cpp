@@ -27,20 +27,7 @@ std::optional<std::string> convert(Text from, Text to, const std::string& text) 
   return done ? std::optional(converted) : std::nullopt;
 }
 
-std::string decode_q(Text text) {
-  std::string bytes;
-  for (size_t i = 0; i < text.size(); ++i) {
-    check(is_shown(text[i]), "no bare control in quoted-printable");
-    if (text[i] != '=') {
-      bytes += text[i];
-    } else {
-      check(text.size() - i > 2, "escapes are whole");
-      bytes += fuzz::join_digits(text.substr(i + 1, 2), "0123456789ABCDEF", 4);
-      i += 2;
-    }
-  }
-  return bytes;
-}
+std::string decode_q(Text text) { return fuzz::decode_qp(text, is_shown); }
 
 std::vector<Text> split(Text text, Text separator) {
   std::vector<Text> parts;
@@ -179,10 +166,8 @@ std::string end_lines(const std::string& text) {
 std::string decode_body(Text encoding, Text body) {
   std::string bytes;
   check(body.empty() || body.ends_with("\r\n"), "bodies end with a line end");
-  if (!body.empty())
-    body.remove_suffix(2);
-  else
-    return bytes;
+  if (body.empty()) return bytes;
+  body.remove_suffix(2);
   for (Text line : split(body, "\r\n")) {
     check(line.size() <= line_columns, "lines have at most 76 columns");
     if (encoding == "base64") {

@@ -139,8 +139,12 @@ TEST(CharsetToCharset, ReportsAFailureInBytesOfTheWholeInput) {
       {"UTF-8", "ISO-8859-1", "\u00e9\U0001f600", "\xe9",
           target_failure("\\xf0\\x9f\\x98\\x80", 2, "\\xde00")},
       {"Shift_JIS", "ISO-8859-1", "a\x93\xfa", "a", target_failure("\\x93\\xfa", 1, "\\x65e5")},
+      // ICU does not say where units of compound text came from
+      {"x11-compound-text", "US-ASCII", "ab\xe9", "ab",
+          target_failure("\\x61\\x62\\xe9", 0, "\\xe9")},
       // an unpaired surrogate, held over from the chunk before the one that fails
       {"UTF-7", "UTF-8", x(85) + "+2D0-y", x(85) + "|", target_failure("\\x79", 90, "\\x79")},
+      {"UTF-7", "UTF-8", x(85) + "+2D0-", x(85) + "|", target_failure("", 89, "")},
   };
   for (const auto& [from, to, input, converted, report] : cases) {
     BodyIter iter(from, to, 86, 256);

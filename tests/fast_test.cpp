@@ -3,11 +3,13 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include <qorvii18n/i18n.hpp>
 
 #include "core/unicode.h"
 #include "fast/header_chunks.h"
+#include "fast/output.h"
 #include "support/testing.h"
 
 namespace {
@@ -116,6 +118,18 @@ TEST(HeaderChunks, EndWhereTheConverterStops) {
   }
   const std::string broken = "ab\xff";
   EXPECT_FALSE(fast::HeaderChunks(to_bytes(broken), 45).next());
+}
+
+// With pieces of each size, some ends fall on the end of the room that there is.
+TEST(Output, HasRoomForItsEndAtAnySize) {
+  for (size_t size = 0; size <= 5000; ++size) {
+    fast::Output output(size / 2);
+    for (const size_t piece : {size - size / 3, size / 3}) {
+      char* const out = output.get_room(piece);
+      output.take_up_to(std::fill_n(out, piece, 'x'));
+    }
+    EXPECT_EQ(std::strlen(output.release().get()), size);
+  }
 }
 
 }  // namespace
