@@ -61,7 +61,7 @@ TEST(UcnvChunkIter, ReportsAFailureInUnitsOfItsInput) {
   EXPECT_EQ(pull_all<char16_t>(decoder).texts, u"abcdefgh|ij|");
   EXPECT_EQ(take_diagnostics(), input_failure("\\xff\\x5\\x1\\x6d\\x6e", 10));
   i18n::FromUnicodeIter encoder("ISO-8859-1", 8);
-  encoder.set_in_str(u"ab\u20ac");
+  encoder.set_in_str(u"ab\u20acz");
   char buffer[256];
   std::setvbuf(stderr, buffer, _IOFBF, sizeof buffer);
   std::fputs(" ", stderr);

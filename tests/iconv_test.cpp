@@ -98,6 +98,7 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
       // the input ends inside a character; it has an invalid sequence
       {"UTF-8", "UTF-16BE", "ab\xe3\x81", 0, {-1, 4, "none"}},
       {"UTF-8", "UTF-16BE", "ab\377cd", 0, {-3, 3, "none"}},
+      {"UTF-8", "UTF-8", "ab\377cd", 9, {-3, 3, ""}},
       // the target lacks a character: where the one before it begins, 0 when there is none
       {"UTF-8", "ISO-8859-1", "a\u00e9\u20ac", 0, {-4, 1, "a\xe9"}},
       {"UTF-8", "ISO-8859-1", "\u20ac", 0, {-4, 0, ""}},
