@@ -44,6 +44,13 @@ size_t estimate_escapes(const char* table, Bytes text) {
   return escapes * step / sample_size + text.size() / samples;
 }
 
+// The characters of a converted text's forms, about. What conversion adds to a text, or takes from
+// it, are bytes that are not ASCII: escapes. Their estimate can miss more than it takes away.
+size_t estimate_forms(size_t escapes, size_t size_before, size_t size_after) {
+  const size_t escapes_after = std::max(escapes + size_after, size_before) - size_before;
+  return size_after + (transfer::escape_size - 1) * escapes_after;
+}
+
 template <class Body>
 bool put_body(Pieces& pieces, Body& body) {
   for (Bytes piece = pieces.next(); !piece.empty(); piece = pieces.next()) body.append(piece);
@@ -61,12 +68,8 @@ i18n::CString encode_base64(Pieces& pieces) {
 i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text, std::optional<size_t> counted) {
   const SharedTable<i18n_mime::QPBodyEncodingTable> table;
   if (!is_cuttable(table.get())) return nullptr;
-  // What conversion adds to a text, or takes from it, are bytes that are not ASCII: escapes.
-  const size_t size = pieces.get_expected_size();
-  const size_t before = counted ? *counted : estimate_escapes(table.get(), text);
-  // The estimate can miss more of them than conversion takes away.
-  const size_t escapes = std::max(before + size, text.size()) - text.size();
-  const size_t forms = size + (transfer::escape_size - 1) * escapes;
+  const size_t escapes = counted ? *counted : estimate_escapes(table.get(), text);
+  const size_t forms = estimate_forms(escapes, text.size(), pieces.get_expected_size());
   Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
   QuotedPrintableBody body(table.get(), output);
   return put_body(pieces, body) ? output.release() : nullptr;

@@ -31,30 +31,32 @@ bool HeaderChunks::fetch() {
 void HeaderChunks::write() {
   constexpr size_t pair_size = 4;
   const size_t limit = delivered + room;
-  const size_t run_end = begins_in_pair ? held + pair_size : held;
+  // What the converter took before this call has no position for it.
+  const size_t run_end = begins_in_pair ? taken + pair_size : taken;
   begins_in_pair = false;
   // When the room is full to the last byte, the converter does not get to the half of a pair.
   room_was_full = fetched > limit || (fetched == limit && splits_pair);
-  if (fetched <= limit) {
-    written = held = fetched;
-  } else {
-    const size_t last = find_character(limit);
-    written = limit;
-    held = last == limit ? limit : last + i18n::get_character_size(text.subspan(last));
-  }
+  const size_t written = std::min(fetched, limit);
+  taken = end_character(written);
 
   size_t end = written;
   if (has_next() && written != delivered) {
     const bool is_one_run = written <= run_end;
-    const size_t last_run = is_one_run ? delivered : find_character(written - 1);
-    end = std::max(last_run, delivered + 1);
+    const size_t held_back = is_one_run ? delivered : find_character(written - 1);
+    end = std::max(held_back, delivered + 1);  // one byte at least, or it would stall
   }
-  first_run = std::min(std::max(run_end, delivered), end) - delivered;
+  first_run = std::min(run_end, end) - delivered;
   delivered = end;
 }
 
 size_t HeaderChunks::find_character(size_t at) const {
   while (i18n::continues_character(text[at])) --at;
+  return at;
+}
+
+// What comes after the bytes fetched has not been looked at.
+size_t HeaderChunks::end_character(size_t at) const {
+  while (at != fetched && i18n::continues_character(text[at])) ++at;
   return at;
 }
 

@@ -35,16 +35,16 @@ class HeaderChunks {
   bool fetch();
   void write();
   size_t find_character(size_t at) const;  // where the one that has this byte begins
+  size_t end_character(size_t at) const;   // where it ends; at itself between two
 
   Bytes text;
   size_t room;
 
-  // Positions in the text. What is written but not delivered was held back; what is held, but not
-  // written, did not fit.
+  // Positions in the text, each at or behind the one before it. What the converter has taken, but
+  // not delivered, was held back or did not fit.
   size_t chunk_begin = 0;
   size_t delivered = 0;
-  size_t written = 0;
-  size_t held = 0;
+  size_t taken = 0;
   size_t fetched = 0;
 
   size_t first_run = 0;
