@@ -94,7 +94,7 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
       {"UTF-16BE", "UTF-8", std::string("\0a\0\0", 4), 0, {0, unset, std::string("a\0", 2)}},
       {"UTF-8", "US-ASCII", "", 0, {0, unset, ""}},
       {"Shift_JIS", "ISO-2022-JP", "\x93\xfa\x96{\x8c\xea", 0, {0, unset, "\x1b$BF|K\\8l\x1b(B"}},
-      {"UTF-8", "UTF-8", x(2000), 0, {0, unset, x(2000)}},
+      {"UTF-8", "UTF-8", x(513), 0, {0, unset, x(513)}},
       // the input ends inside a character; it has an invalid sequence
       {"UTF-8", "UTF-16BE", "ab\xe3\x81", 0, {-1, 4, "none"}},
       {"UTF-8", "UTF-16BE", "ab\377cd", 0, {-3, 3, "none"}},
