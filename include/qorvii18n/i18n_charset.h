@@ -5,8 +5,8 @@
 ///    the caller: neither a handle, nor a name, nor the list of all charsets.
 /// 2. A charset has one handle, whichever of its aliases it was opened by, so handles of the same
 ///    charset compare equal as pointers.
-/// 3. Failure is a null result. Nothing is printed. When memory runs out, std::bad_alloc leaves the
-///    function, and ends a C program.
+/// 3. Failure is a null result. Nothing is printed. When memory runs out, std::bad_alloc is thrown,
+///    which ends a C program.
 /// 4. Names are NUL-terminated and must not be null.
 /// 5. Thread rules: no two of the functions that open may run at once, since they write to tables
 ///    of the whole process. i18n_charset_get_name() may run at any time. What converts with a

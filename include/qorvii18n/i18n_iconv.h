@@ -2,15 +2,17 @@
 /// Conversion of byte strings from one charset to another.
 ///
 /// 1. Conversion is strict: it stops at the first character that cannot be converted, and nothing
-///    is ever substituted.
+///    is ever substituted. Only characters that show nothing, such as the soft hyphen, are left out
+///    by ICU where the target lacks them.
 /// 2. Lengths and positions are in bytes. Input may contain NUL bytes.
 /// 3. Failure is a null result or a negative status. Nothing is printed. When memory runs out,
-///    std::bad_alloc leaves the function, and ends a C program.
+///    std::bad_alloc is thrown, which ends a C program.
 /// 4. Buffers that a function allocates belong to the caller and are released with
 ///    i18n_iconv_free(); conversion handles belong to the caller until i18n_iconv_close().
 /// 5. Thread rules: the one-shot conversions run on the charset handles' own converters, so two of
-///    them must not run at once when they share a charset handle. A conversion handle has
-///    converters of its own and must not be used by two threads at once.
+///    them must not run at once when they share a charset handle, nor one beside an
+///    i18n_iconv_open() of that handle. A conversion handle has converters of its own and must not
+///    be used by two threads at once.
 #ifndef QORVII18N_I18N_ICONV_H
 #define QORVII18N_I18N_ICONV_H
 
@@ -24,8 +26,8 @@
 extern "C" {
 #endif
 
-/// A conversion handle. No function converts with one: they serve programs that keep the pair of
-/// converters that a conversion goes between.
+/// A conversion handle, for existing programs that hold one. No function converts with it, and new
+/// programs have no use for it.
 typedef struct i18n_iconv_t i18n_iconv_t;
 
 /// Makes a conversion handle with its own copies of both charsets' converters.
@@ -63,7 +65,7 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 #endif
 #endif
 
-/// Converts a whole byte string, in a single call that tells no reason when it fails.
+/// Converts a whole byte string, in a single call that does not say why it failed.
 /// @param from  The charset of the input.
 /// @param input  The text. It may have one UTF-16 unit for each of its bytes; a longer one, which
 /// SCSU can make, is a failure.
@@ -109,7 +111,8 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 ///   - -4: the target lacks a character
 ///
 /// For -2 and -4 the position is the index of the input byte at which the last character that was
-/// converted begins, 0 when none was: the character that failed is the one after it.
+/// converted begins: the character that failed is the one after it. It is 0 when none was
+/// converted, and when ICU does not say, as for compound text.
 QORVII18N_EXPORT int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input,
                                         size_t input_length, size_t* error_position,
                                         const i18n_charset_t* to, char** output,

@@ -3,7 +3,7 @@
 ///
 /// 1. A text has a length in bytes and may be null when that is 0. It is in any charset that ICU
 ///    opens except compound text; a null charset is UTF-8. Other strings are NUL-terminated UTF-8.
-/// 2. A result is a new NUL-terminated string of ASCII characters in lines that end with CR LF. It
+/// 2. A result is a new NUL-terminated string of ASCII characters in lines separated by CR LF. It
 ///    belongs to the caller and is released with i18n_mail_free().
 /// 3. A failure is null. Nothing is printed, substituted or thrown, and there is never a part of a
 ///    result. Every call that has an error argument fills it, with zeros on success; it may be
@@ -11,15 +11,16 @@
 /// 4. Arguments are checked in their order, texts after the charsets that they are read and written
 ///    in, the name of an item before its address.
 /// 5. mail_charset is what readers are told; null is UTF-8. Its MIME name is written, else its IANA
-///    name, never the caller's spelling. Unknown as such are charsets with neither name; those in
-///    which TAB, CR, LF or a character from blank to ~ is not its own byte, such as UTF-16, UTF-7,
-///    HZ, ISO-2022-KR and EBCDIC; SCSU and CESU-8.
-/// 6. Nothing that a caller passes can put a line or a field into the mail. NUL is forbidden in
-///    every text, CR and LF in all but bodies.
-/// 7. Lines have at most 76 columns, the field's name included. Longer, but never over 998, can be
-///    lines with an address, a media type, a word that is not encoded, or a first encoded word
-///    beside a long field name.
-/// 8. Readers see the text that went in, blanks included. Some squeeze blanks in names.
+///    name, never the caller's spelling. Refused as unknown are charsets with neither name;
+///    charsets in which TAB, CR, LF or a character from blank to ~ is not its own byte, such as
+///    UTF-16, UTF-7, HZ, ISO-2022-KR and EBCDIC; SCSU and CESU-8.
+/// 6. Nothing that a caller passes can add a line to a field or a field to the mail. NUL is
+///    forbidden in every text, CR and LF in all but bodies.
+/// 7. Lines have at most 76 columns, the field's name included. Those with an address, a media
+///    type, a word that is not encoded, or a first encoded word beside a long field name can be
+///    longer, up to 998.
+/// 8. Readers that follow the standards see the text that went in, blanks included; readers.md
+///    lists those that do not.
 /// 9. All functions may run at once in any threads, from the first call on.
 #ifndef QORVII18N_I18N_MAIL_H
 #define QORVII18N_I18N_MAIL_H
@@ -42,17 +43,20 @@ typedef enum i18n_mail_status_t {
   I18N_MAIL_FORBIDDEN_CHARACTER = 5,   ///< NUL in a text; CR or LF in one that is no body
   I18N_MAIL_BAD_NAME = 6,              ///< the name of a field or parameter, or a media type
   I18N_MAIL_BAD_ADDRESS = 7,           ///< an address, or a count of 0
-  I18N_MAIL_OUT_OF_MEMORY = 8          ///< as it says
+  I18N_MAIL_OUT_OF_MEMORY = 8          ///< memory ran out
 } i18n_mail_status_t;
 
-/// What went wrong and where. It never grows.
+/// What went wrong and where. Its layout will not change.
 typedef struct i18n_mail_error_t {
   i18n_mail_status_t status;  ///< what
   size_t item;                ///< index of the address item, else 0
-  /// Index of the byte at which the offending character begins, after any escape sequence, in the
-  /// text, name or address that is at fault; its length when something is missing at the end; the
-  /// longest length when it is too long; where the domain begins when it is outside ASCII and no
-  /// domain. Exact, but for invalid UTF-7, BOCU-1, ISCII, GSM 03.38 and IMAP-mailbox-name. Else 0.
+  /// In the text, name or address that is at fault, in bytes:
+  ///   - the index at which the offending character begins, after any escape sequence; exact, but
+  ///     for invalid UTF-7, BOCU-1, ISCII, GSM 03.38 and IMAP-mailbox-name
+  ///   - the whole length when something is missing at the end
+  ///   - the longest length allowed when it is too long
+  ///   - the index at which the domain begins when it is outside ASCII and no domain
+  ///   - 0 in all other cases
   size_t position;
 } i18n_mail_error_t;
 
@@ -114,7 +118,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_text(const char* subtype, const char* text
 
 /// A part with any bytes in base64, such as a file.
 /// @param type  Two tokens of 1 to 127 characters with '/' between them, such as `application/pdf`;
-/// not multipart or message, which mail allows no base64.
+/// multipart and message, for which mail does not allow base64, are not for this function, which
+/// does not check that.
 /// @param data,length  The bytes; data may be null when length is 0.
 /// @param error  What went wrong.
 /// @return A part as from i18n_mail_text().

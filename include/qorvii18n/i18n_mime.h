@@ -7,23 +7,29 @@
 ///    result is 7-bit text. Body functions give quoted-printable or base64 text in lines of at most
 ///    76 characters separated by CR LF, with no line break at the end; the input's own line breaks
 ///    are encoded like any other byte. Header functions give encoded words of at most 75
-///    characters, folded with CR LF TAB, for every text, plain ASCII too.
+///    characters, folded with CR LF TAB, for every text, plain ASCII too. Words hold whole
+///    characters as long as the text has no more than 86 UTF-16 units: encode a longer one in
+///    pieces, if readers are to decode each word alone.
 /// 2. Charset names are names or aliases that ICU knows. Encoded words name the target exactly as
 ///    it was passed, so a name that comes from outside has to be checked first: see i18n_charset.h.
 /// 3. An encoding function never returns null. Whatever fails (a name that is null or unknown, or
 ///    too long to leave a base64 word any room: 62 bytes; bytes that are not of the source charset;
 ///    a character that the mail charset lacks), the result is an unencoded copy of the input.
-///    Nothing is substituted. Diagnostics on standard error tell why, unless a name was null or
+///    Nothing is substituted, though ICU leaves out characters that show nothing, such as the soft
+///    hyphen, where the mail charset lacks them. Diagnostics tell why, unless a name was null or
 ///    there is no mail charset to choose: of text that cannot be converted the offending bytes and
 ///    their position in bytes, which in rare cases is that of a neighbour (limits.md).
 /// 4. So compare result and input before you send anything. A header that is equal failed, and its
-///    line breaks would start new fields. A body that is equal needs no encoding if it is all
-///    printable ASCII and TAB, and failed otherwise.
+///    line breaks would start new fields. A body that is equal needs no encoding if it is at most
+///    75 bytes of printable ASCII, in a charset in which those stand for themselves, and failed
+///    otherwise.
 /// 5. Every char* result, and every string stored through to_charset_out, belongs to the caller and
 ///    is released with i18n_mime_free(). Results of type const char* belong to the library.
-/// 6. When memory runs out, std::bad_alloc leaves the function, and ends a C program.
+/// 6. When memory runs out, std::bad_alloc is thrown, which ends a C program.
 /// 7. Thread rules: any number of calls may run at once, the first ones included.
 /// 8. Text in mail has CR LF line ends: write those into a body before it is encoded.
+/// 9. Quoted-printable escapes all bytes but printable ASCII, and of that # $ = @ [ \ ] ^ { | } ~
+///    and the backquote; "Q" words escape blanks, ? and _, too.
 #ifndef QORVII18N_I18N_MIME_H
 #define QORVII18N_I18N_MIME_H
 
@@ -55,8 +61,7 @@ QORVII18N_EXPORT char* i18n_mime_encode_qp(const char* str, const char* from_cha
 QORVII18N_EXPORT char* i18n_mime_encode_b64(const char* str, const char* from_charset,
                                             const char* to_charset);
 
-/// Encodes a header as "Q" words. They hold whole characters as long as the text has no more than
-/// 86 UTF-16 units: encode a longer one in pieces, if readers are to decode each word alone.
+/// Encodes a header as "Q" words.
 /// @param str  The text, which is always converted.
 /// @param from_charset  Its charset.
 /// @param to_charset  The charset of the mail.
@@ -64,8 +69,7 @@ QORVII18N_EXPORT char* i18n_mime_encode_b64(const char* str, const char* from_ch
 QORVII18N_EXPORT char* i18n_mime_encode_header_qp(const char* str, const char* from_charset,
                                                   const char* to_charset);
 
-/// Encodes a header as "B" words, which are also right for names in front of addresses. They hold
-/// whole characters as long as the text has no more than 86 UTF-16 units.
+/// Encodes a header as "B" words, which are also right for names in front of addresses.
 /// @param str,from_charset,to_charset  As for i18n_mime_encode_header_qp().
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_encode_header_b64(const char* str, const char* from_charset,
@@ -89,8 +93,7 @@ QORVII18N_EXPORT char* i18n_mime_encode(const char* str, const char* from_charse
                                         const char* to_charset, double qp_threshold,
                                         i18n_mime_encoding_t* encoding_out, char** to_charset_out);
 
-/// Encodes a header as "Q" or as "B" words, whichever the threshold chooses. They hold whole
-/// characters as long as the text has no more than 86 UTF-16 units.
+/// Encodes a header as "Q" or as "B" words, whichever the threshold chooses.
 /// @param str  The text, which is always converted.
 /// @param from_charset  Its charset; null for ICU's default charset.
 /// @param to_charset  The charset of the mail; null for the one that
