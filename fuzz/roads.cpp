@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   const char* from = input.charset(true);
   const char* to = input.charset(true);
   const Road& road = roads[input.number(4)];
-  const std::string whole = input.text(from, to, 64);
+  const std::string whole = input.text(from, to, 256);
   const std::string text = whole.c_str();  // up to the first NUL
 
   const i18n::CString fast = fast::encode({road.form, road.encoding, from, to}, text);
