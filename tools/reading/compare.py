@@ -184,28 +184,20 @@ def judge(found, mails, shown):
     return cells, wrong
 
 
-def page(commands, cells, by_hand):
+def page(versions, cells):
     """The generated part of the page."""
     rows = [["reader", "version", *(f"`i18n_mail_{name}`" for name in FUNCTIONS.values())]]
     rows.append(["---"] * len(rows[0]))
-    for reader, (_, command) in commands.items():
-        version = run(*command).decode().strip()
+    for reader, version in versions.items():
         rows.append([reader, version, *(cells[reader, function] for function in FUNCTIONS)])
-    lines = ["", *("| " + " | ".join(row) + " |" for row in rows)]
-    lines += ["", FAULTS]
+    lines = ["", *("| " + " | ".join(row) + " |" for row in rows), "", FAULTS]
     for number, fault in enumerate(faults.FAULTS, 1):
-        lines.append(f"{number}. {fault.reader} {fault.what}: [{fault.mail}](#{fault.mail}).")
-    lines += ["", "## The mails that show them", ""]
-    for name, value in faults.MAILS.items():
-        mail = by_hand[name].read_text().rstrip("\n")
-        link = f"Too long for this page: [{name}.eml](../tools/reading/mails/{name}.eml)"
-        lines += [f"### {name}", "", f"```text\n{mail}\n```" if len(mail) < 1000 else link, ""]
-        lines += [f"- `{function}` is {code(value[function])}" for function in value]
-        for fault in (fault for fault in faults.FAULTS if fault.mail == name):
-            for function, reads in zip(fault.functions.split(), fault.reads):
-                lines.append(f"- {fault.reader} reads `{function}` as {code(reads)}")
-        lines.append("")
-    return "\n".join(lines)
+        link = f"[{fault.mail}](../tools/reading/mails/{fault.mail}.eml)"
+        lines.append(f"{number}. {fault.reader} {fault.what}: {link}.")
+        for function, reads in zip(fault.functions.split(), fault.reads):
+            value = faults.MAILS[fault.mail][function]
+            lines.append(f"    - `{function}` is {code(value)}, read as {code(reads)}")
+    return "\n".join(lines) + "\n"
 
 
 def code(value):
@@ -241,7 +233,9 @@ def main():
 
     shown, gone, wrong_faults = replay(found, by_hand)
     cells, differences = judge(found, mails, shown)
-    now = page(commands, cells, by_hand)
+    versions = {reader: run(*command).decode().strip()
+                for reader, (_, command) in commands.items()}
+    now = page(versions, cells)
     before, _, written = page_path.read_text().partition(BEGIN)
     if "--update" in sys.argv:
         page_path.write_text(before + BEGIN + now)
