@@ -72,14 +72,10 @@ class Failures(unittest.TestCase):
                        "unknown charset: klingon", 1)
             self.check("encode_mail", ["--subject", "x", option, "klingon"], message, 1)
         self.check("encode_mail", ["--subject", "x", "--to", "UTF-16"], "unknown mail charset", 1)
-        self.check("fold_header", ["--to", "klingon", "x"], "unknown charset: klingon", 1)
-        self.check("fold_header", ["--to", "KOI8-R", "ß"],
-                   "the text cannot be converted from UTF-8 to KOI8-R", 1)
+        self.check("fold_header", ["x", "klingon"], "unknown charset: klingon", 1)
+        self.check("fold_header", ["ß", "KOI8-R"], "the text cannot be converted from UTF-8", 1)
 
     def test_usage(self):
-        for number in ["", " 0.3", "0.3x", "-1", "+1", "nan", "inf", "0x1", "1e3", "1.2.3", ".", "0,3"]:
-            message = f"--threshold is not a number such as 0.3: {number}"
-            self.check("fold_header", ["--threshold", number, "x"], message, 2)
         both = ["--from", "UTF-8", "--to", "UTF-8"]
         for program, args, message in [
                 ("encode_mail", [], "--subject is needed (see --help)"),
@@ -91,15 +87,11 @@ class Failures(unittest.TestCase):
                 ("convert", both[2:], "--from and --to are needed (see --help)"),
                 ("convert", both[:3], "--to needs a value"),
                 ("convert", [*both, "a", "b", "c"], "one file too many: c (see --help)"),
-                ("convert", [*both, "-x"], "no such option: -x (see --help)"),
-                ("fold_header", [], "a text is needed (see --help)"),
-                ("fold_header", ["a", "b"], "one text too many: b (see --help)"),
-                ("fold_header", ["--to"], "--to needs a value"),
-                ("fold_header", ["--form", "x"], "no such option: --form (see --help)")]:
+                ("convert", [*both, "-x"], "no such option: -x (see --help)")]:
             self.check(program, args, message, 2)
 
     def test_help(self):
-        for program in ["encode_mail", "convert", "fold_header"]:
+        for program in ["encode_mail", "convert"]:
             with self.subTest(program=program):
                 result = run(program, "--help")
                 self.assertEqual((result.returncode, result.stderr), (0, b""))
@@ -126,8 +118,7 @@ class Failures(unittest.TestCase):
 
     def test_full_standard_output(self):
         for program, args in [("encode_mail", ["--subject", "x"]), ("encode_mail", ["--help"]),
-                              ("convert", ["--from", "UTF-8", "--to", "UTF-8"]),
-                              ("fold_header", ["x"]), ("fold_header", ["--help"])]:
+                              ("convert", ["--from", "UTF-8", "--to", "UTF-8"])]:
             with self.subTest(program=program, args=args), open("/dev/full", "wb") as full:
                 result = run(program, *args, stdin=b"text", stdout=full)
                 self.assertEqual(result.returncode, 1)

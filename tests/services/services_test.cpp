@@ -3,18 +3,20 @@
 #include <qorvii18n/i18n_catalog.h>
 #include <qorvii18n/i18n_charset.h>
 
+#include <utility>
+
 #include "support/testing.h"
 
 namespace {
 
-template <class Function>
-Function* find(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, name));
+template <class Symbol>
+Symbol* find(const char* name) {
+  return reinterpret_cast<Symbol*>(dlsym(RTLD_DEFAULT, name));
 }
 
 }  // namespace
 
-std::string take_diagnostics() { return find<const char*()>("take_other_diagnostics")(); }
+std::string take_diagnostics() { return std::exchange(*find<std::string>("recorded"), {}); }
 
 TEST(OtherServices, AreTheOnlyOnes) {
   EXPECT_EQ(dlopen(STAND_IN, RTLD_NOLOAD | RTLD_LAZY), nullptr);
