@@ -222,7 +222,6 @@ std::string decode_quoted_printable(std::string_view output) {
   return decode(output, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
 }
 
-// Word by word: GMime's decoder takes neighbours for one base64 text, which padding would end.
 std::string decode_part(std::string_view output) {
   const size_t end = std::min(output.find("\n\n"), output.find("\r\n\r\n"));
   const std::string_view head = output.substr(0, end);
@@ -231,6 +230,7 @@ std::string decode_part(std::string_view output) {
                                                     : decode_base64(body);
 }
 
+// Word by word: GMime's decoder takes neighbours for one base64 text, which padding would end.
 std::string decode_header(std::string_view output) {
   const std::string unfolded = take(g_mime_utils_header_unfold(std::string(output).c_str()));
   std::string_view rest = unfolded;
