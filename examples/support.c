@@ -27,7 +27,6 @@ char* option_value(char** argv, int* i) {
 }
 
 const char* input_name(const char* file) { return file != NULL ? file : "standard input"; }
-const char* output_name(const char* file) { return file != NULL ? file : "standard output"; }
 
 static char* resize(char* bytes, size_t size) {
   char* resized = realloc(bytes, size + 1);
@@ -68,5 +67,5 @@ void write_whole(const char* file, const char* bytes, size_t size) {
   if (fclose(stream) == 0 && written) return;
   const char* reason = strerror(errno);
   if (file != NULL && (stream = fopen(file, "wb")) != NULL) fclose(stream);
-  fail(exit_failed, "%s: %s", output_name(file), reason);
+  fail(exit_failed, "%s: %s", file != NULL ? file : "standard output", reason);
 }

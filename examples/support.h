@@ -29,9 +29,8 @@ char* option_value(char** argv, int* i);
 /* A new block for size bytes and a NUL. */
 char* allocate(size_t size);
 
-/* How messages call a file: its name, or that of the standard stream that null stands for. */
+/* How messages call a file to read: its name, or that of standard input, for null. */
 const char* input_name(const char* file);
-const char* output_name(const char* file);
 
 /* The bytes read are on the heap. Null stands for standard input and standard output. A file that
  * could not be written whole is left empty. */
