@@ -1,11 +1,4 @@
-# What `cmake --install` puts where. Components:
-#
-#   runtime                      libqorvii18n.so.N
-#   development                  headers, CMake package, qorvii18n.pc, manual pages, guides
-#   mail                         libqorvii18n-mail.so.N
-#   mail_development             its headers, CMake target, qorvii18n-mail.pc, manual page
-#   kernel_services              libqorviks.so.N, the stand-in
-#   kernel_services_development  qorviks.h, its CMake target, qorviks.pc
+# What `cmake --install` puts where. docs/install.md has a table of the components.
 #
 # The stand-in has components of its own because a real libqorviks may be there already: everything
 # in the first four works beside either. The CMake target of the mail library is a component of the
@@ -21,15 +14,27 @@ if(NOT DEFINED CMAKE_INSTALL_RPATH)
   set_target_properties(qorvii18n PROPERTIES INSTALL_RPATH "\$ORIGIN")
 endif()
 
-install(TARGETS qorvii18n EXPORT qorvii18n-targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    COMPONENT runtime NAMELINK_COMPONENT development)
-install(TARGETS qorvii18n-mail EXPORT qorvii18n-mail-targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    COMPONENT mail NAMELINK_COMPONENT mail_development)
-install(TARGETS qorviks EXPORT qorviks-targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    COMPONENT kernel_services NAMELINK_COMPONENT kernel_services_development)
+# pkg-config files name the prefix by their own place, so that it may be moved.
+set(pc_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH QORVII18N_PC_PREFIX ${pc_dir} ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH QORVII18N_PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH QORVII18N_PC_INCLUDEDIR
+  ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+
+# A library, and what finds it. The exports are files of their own so that any can be left out.
+function(install_library name runtime development)
+  install(TARGETS ${name} EXPORT ${name}-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+      COMPONENT ${runtime} NAMELINK_COMPONENT ${development})
+  install(EXPORT ${name}-targets NAMESPACE qorvii18n::
+    DESTINATION ${package_dir} COMPONENT ${development})
+  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${development})
+endfunction()
+install_library(qorvii18n runtime development)
+install_library(qorvii18n-mail mail mail_development)
+install_library(qorviks kernel_services kernel_services_development)
 
 install(FILES
     include/qorvii18n/i18n.hpp
@@ -50,13 +55,6 @@ install(FILES
 install(FILES lib/ks/qorviks.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT kernel_services_development)
 
-# The CMake package. The exports are files of their own so that any can be left out.
-install(EXPORT qorvii18n-targets NAMESPACE qorvii18n::
-  DESTINATION ${package_dir} COMPONENT development)
-install(EXPORT qorvii18n-mail-targets NAMESPACE qorvii18n::
-  DESTINATION ${package_dir} COMPONENT mail_development)
-install(EXPORT qorviks-targets NAMESPACE qorvii18n::
-  DESTINATION ${package_dir} COMPONENT kernel_services_development)
 configure_package_config_file(cmake/qorvii18n-config.cmake.in
   ${PROJECT_BINARY_DIR}/qorvii18n-config.cmake
   INSTALL_DESTINATION ${package_dir}
@@ -67,19 +65,3 @@ install(FILES
     ${PROJECT_BINARY_DIR}/qorvii18n-config.cmake
     ${PROJECT_BINARY_DIR}/qorvii18n-config-version.cmake
   DESTINATION ${package_dir} COMPONENT development)
-
-# pkg-config files name the prefix by their own place, so that it may be moved.
-set(pc_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
-file(RELATIVE_PATH QORVII18N_PC_PREFIX ${pc_dir} ${CMAKE_INSTALL_PREFIX})
-file(RELATIVE_PATH QORVII18N_PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
-file(RELATIVE_PATH QORVII18N_PC_INCLUDEDIR
-  ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
-configure_file(cmake/qorvii18n.pc.in ${PROJECT_BINARY_DIR}/qorvii18n.pc @ONLY)
-configure_file(cmake/qorvii18n-mail.pc.in ${PROJECT_BINARY_DIR}/qorvii18n-mail.pc @ONLY)
-configure_file(cmake/qorviks.pc.in ${PROJECT_BINARY_DIR}/qorviks.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/qorvii18n.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
-install(FILES ${PROJECT_BINARY_DIR}/qorvii18n-mail.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT mail_development)
-install(FILES ${PROJECT_BINARY_DIR}/qorviks.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT kernel_services_development)
