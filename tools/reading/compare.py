@@ -42,9 +42,9 @@ def run(*command):
     return done.stdout
 
 
-def npm_version(package):
-    version = f"require('{package}/package.json').version"
-    return ["node", "-p", version + " + ', Node.js ' + process.versions.node"]
+def npm_reader(package):
+    version = f"require('{package}/package.json').version + ', Node.js ' + process.versions.node"
+    return ["node", HERE / "read_npm.js", package], ["node", "-p", version]
 
 
 def readers(programs):
@@ -80,8 +80,8 @@ def readers(programs):
             ["python3", HERE / "read_mblaze.py"],
             ["dpkg-query", "-Wf", "${Version}", "mblaze"],
         ),
-        "mailparser": (["node", HERE / "read_mailparser.js"], npm_version("mailparser")),
-        "postal-mime": (["node", HERE / "read_postal_mime.js"], npm_version("postal-mime")),
+        "mailparser": npm_reader("mailparser"),
+        "postal-mime": npm_reader("postal-mime"),
     }
 
 
