@@ -7,8 +7,8 @@
 set -euo pipefail
 export LC_ALL=C
 
-# Clang leaves out variants of constructors that nobody can call, those of complete objects of abstract
-# classes: so a name counts once, as it does in the packages.
+# Clang leaves out variants of constructors that nobody can call, those of complete objects of
+# abstract classes: so a name counts once, as it does in the packages.
 exports() { nm -DC --defined-only "$1" | cut -d ' ' -f 3- | sort -u; }
 imports() { nm -D --undefined-only "$1" | awk '{ print $2 }' | sed 's/@.*//' | sort; }
 recorded() { sed -n 's/^ \((c++)"\)\?\(.*\)@Base.*/\2/p' "$1" | sort; }
@@ -17,7 +17,8 @@ symbols=$2
 library=$3
 case $1 in
   exports)
-    diff -U 0 --label "$symbols" <(recorded "$symbols") --label "$library" <(exports "$library") || {
+    diff -U 0 --label "$symbols" --label "$library" \
+      <(recorded "$symbols") <(exports "$library") || {
       echo "If the change is meant: tools/abi-check --update. What libqorviks exports is fixed."
       exit 1
     }

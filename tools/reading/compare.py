@@ -192,11 +192,12 @@ def page(versions, cells):
         rows.append([reader, version, *(cells[reader, function] for function in FUNCTIONS)])
     lines = ["", *("| " + " | ".join(row) + " |" for row in rows), "", FAULTS]
     for number, fault in enumerate(faults.FAULTS, 1):
-        link = f"[{fault.mail}](../tools/reading/mails/{fault.mail}.eml)"
-        lines.append(f"{number}. {fault.reader} {fault.what}: {link}.")
+        lines.append(f"{number}. {fault.reader} {fault.what}: `{fault.mail}.eml`.")
         for function, reads in zip(fault.functions.split(), fault.reads):
-            value = faults.MAILS[fault.mail][function]
-            lines.append(f"    - `{function}` is {code(value)}, read as {code(reads)}")
+            line = f"    - `{function}` is {code(faults.MAILS[fault.mail][function])},"
+            read_as = f"read as {code(reads)}"
+            fits = len(line + read_as) < 100
+            lines += [f"{line} {read_as}"] if fits else [line, " " * 6 + read_as]
     return "\n".join(lines) + "\n"
 
 
