@@ -1,22 +1,14 @@
 // Fields and parts of mails, through the shared library: exact output, and where a failure points.
-#include <gtest/gtest.h>
 #include <qorvii18n/i18n_mail.h>
 #include <unicode/ucnv.h>
 
-#include <string>
 #include <string_view>
-#include <tuple>
-#include <vector>
+
+#include "support/testing.h"
 
 namespace {
 
 using namespace std::string_view_literals;
-
-std::string repeat(std::string_view text, int times) {
-  std::string repeated;
-  while (times-- > 0) repeated += text;
-  return repeated;
-}
 
 // Status, item, position.
 using Error = std::tuple<i18n_mail_status_t, size_t, size_t>;
