@@ -128,7 +128,7 @@ class QORVII18N_EXPORT LineCycle : public Error {
 
   /// Tells whether lines can have content.
   /// @return Whether the three strings together are shorter than a line.
-  bool is_legal() const;
+  bool is_legal();
   /// Measures the room for content.
   /// @return The bytes of content that fit on any line but the first.
   int get_num_bytes_avail() const;

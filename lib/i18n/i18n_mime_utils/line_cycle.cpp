@@ -78,7 +78,7 @@ LineCycle& LineCycle::operator=(const LineCycle& other) {
 
 LineCycle::~LineCycle() = default;
 
-bool LineCycle::is_legal() const {
+bool LineCycle::is_legal() {
   return std::int64_t{prefix_length} + suffix_length + line_break_length < max_length;
 }
 
