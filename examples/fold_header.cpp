@@ -1,5 +1,6 @@
 // Shows a header text as "Q" and as "B" encoded words in their columns, with what the encoding
-// tables and the line cycle foretell about them.
+// tables and the line cycle predict about them.
+#include <cstring>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -42,9 +43,18 @@ void print_words(const char* charset, i18n_mime_encoding_t encoding, std::size_t
   std::cout << '\n';
 }
 
+// Names with options, which follow a comma, are not for mail.
+const i18n_charset_t* open_mail_charset(const char* name) {
+  const bool has_options = std::strchr(name, ',') != nullptr;
+  const i18n_charset_t* charset = has_options ? nullptr : i18n_charset_open(name);
+  if (charset == nullptr || std::strchr(i18n_charset_get_name(charset), ',') != nullptr) {
+    throw std::runtime_error(std::string("unknown charset: ") + name);
+  }
+  return charset;
+}
+
 void fold(const std::string& text, const char* name) {
-  const i18n_charset_t* to = i18n_charset_open(name);
-  if (to == nullptr) throw std::runtime_error(std::string("unknown charset: ") + name);
+  const i18n_charset_t* to = open_mail_charset(name);
   const char* charset = i18n_charset_get_name(to);
   const std::string converted = convert(text, to);
 

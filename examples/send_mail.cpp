@@ -1,4 +1,4 @@
-// Writes a mail to two people with a text and an attachment, for a program such as sendmail -t.
+// Writes a mail to two people with a text and an attachment, with the line ends of mail.
 #include <qorvii18n/i18n_mail.h>
 
 #include <fstream>

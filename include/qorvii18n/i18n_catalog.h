@@ -3,7 +3,8 @@
 ///
 /// Diagnostics go through imsg_print() of the kernel-services library with this catalog and the
 /// index of a message; a program that puts its own imsg_print() in place reads the texts from here.
-/// The catalog is constant and belongs to the library. <qorviks.h> says what is in it.
+/// The catalog is constant and belongs to the library. <qorviks.h>, of the package
+/// qorviks, says what is in it.
 #ifndef QORVII18N_I18N_CATALOG_H
 #define QORVII18N_I18N_CATALOG_H
 

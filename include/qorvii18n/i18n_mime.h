@@ -20,9 +20,9 @@
 ///    there is no mail charset to choose: of text that cannot be converted the offending bytes and
 ///    their position in bytes, which in rare cases is that of a neighbour (limits.md).
 /// 4. So compare result and input before you send anything. A header that is equal failed, and its
-///    line breaks would start new fields. A body that is equal needs no encoding if it is at most
-///    75 bytes of printable ASCII, in a charset in which those stand for themselves, and failed
-///    otherwise.
+///    line breaks would start new fields. A body that is equal failed, too, unless it needs no
+///    encoding: i18n_mime_encode_qp() between two equal names, which checks nothing, then gives
+///    the same again.
 /// 5. Every char* result, and every string stored through to_charset_out, belongs to the caller and
 ///    is released with i18n_mime_free(). Results of type const char* belong to the library.
 /// 6. When memory runs out, std::bad_alloc is thrown, which ends a C program.
