@@ -163,6 +163,9 @@ TEST(IconvEasyEx, ContinuesFromTheStateOfAFailure) {
   EXPECT_EQ(convert("UTF-8", "ab\u20ac", "UTF-8", 4), Conversion(-2, 2,
                                                           "\xac"
                                                           "ab\xe2"));
+  const std::string rest = "\x82\xac";
+  EXPECT_EQ(convert("ISO-8859-1", "abcd", "UTF-8"), Conversion(0, unset, rest + "abcd"));
+  EXPECT_EQ(convert("UTF-8", "\u20ac", "UTF-8", 1), Conversion(-2, 0, "\xe2"));
   EXPECT_EQ(convert_easy("UTF-8", "", "UTF-8"), std::string(1, '\0'));
 }
 
