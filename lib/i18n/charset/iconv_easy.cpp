@@ -22,11 +22,11 @@ bool can_start_without_reset(const UConverter* converter, bool is_unfinished) {
   return !is_unfinished && i18n::is_copyable(converter);
 }
 
-int32_t read(const i18n_charset_t& charset, std::string_view input, UChar* units,
-             UErrorCode* status) {
+int32_t read_from_start(const i18n_charset_t& charset, std::string_view input, UChar* units,
+                        UErrorCode* status) {
   UConverter* const converter = charset.converter;
   if (can_start_without_reset(converter, charset.has_unfinished_input) && !input.empty()) {
-    const Progress progress = i18n::to_unicode(converter, input, units, input.size(), nullptr);
+    const Progress progress = i18n::to_unicode(charset, input, units, input.size(), nullptr);
     if (U_SUCCESS(progress.status)) return static_cast<int32_t>(progress.produced);
   }
   const auto size = static_cast<int32_t>(input.size());
@@ -35,13 +35,13 @@ int32_t read(const i18n_charset_t& charset, std::string_view input, UChar* units
   return length;
 }
 
-int32_t write(const i18n_charset_t& charset, std::u16string_view text, char* output,
-              int32_t capacity, UErrorCode* status) {
+int32_t write_from_start(const i18n_charset_t& charset, std::u16string_view text, char* output,
+                         int32_t capacity, UErrorCode* status) {
   UConverter* const converter = charset.converter;
   if (can_start_without_reset(converter, charset.has_unfinished_output) && !text.empty() &&
       capacity > 0) {
     const auto size = static_cast<size_t>(capacity);
-    const Progress progress = i18n::from_unicode(converter, text, output, size, nullptr);
+    const Progress progress = i18n::from_unicode(charset, text, output, size, nullptr);
     if (U_SUCCESS(progress.status)) {
       if (progress.produced < size) output[progress.produced] = '\0';
       return static_cast<int32_t>(progress.produced);
@@ -74,7 +74,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
   }
   i18n::Units buffer(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
-  const int32_t units = read(*from, bytes, buffer.get(), &status);
+  const int32_t units = read_from_start(*from, bytes, buffer.get(), &status);
   if (U_FAILURE(status)) return nullptr;
 
   i18n::CString allocated;
@@ -89,7 +89,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
 
   status = U_ZERO_ERROR;
   const std::u16string_view text(buffer.get(), static_cast<size_t>(units));
-  const int32_t length = write(*to, text, output, capacity, &status);
+  const int32_t length = write_from_start(*to, text, output, capacity, &status);
   if (length < 0) return nullptr;  // longer than ICU can count
   if (output_length != nullptr) *output_length = length;
   if (U_FAILURE(status)) return nullptr;

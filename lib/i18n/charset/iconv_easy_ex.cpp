@@ -67,9 +67,8 @@ class Source {
   }
 
   Progress read() {
-    const Progress progress = i18n::to_unicode(charset.converter, input, units.get(), capacity,
+    const Progress progress = i18n::to_unicode(charset, input, units.get(), capacity,
                                                offsets.empty() ? nullptr : offsets.data());
-    charset.has_unfinished_input = U_FAILURE(progress.status);
     length = progress.produced;
     return progress;
   }
@@ -108,14 +107,13 @@ class Target {
         beginning(to.converter, to.has_unfinished_output) {}
 
   Progress write(std::u16string_view text) {
-    const Progress progress =
-        i18n::from_unicode(charset.converter, text, output, capacity, nullptr);
-    charset.has_unfinished_output = U_FAILURE(progress.status);
+    const Progress progress = i18n::from_unicode(charset, text, output, capacity, nullptr);
     length = progress.produced;
     return progress;
   }
 
-  // The unit from which the last byte of the output came, no_offset when that is not known.
+  // The unit from which the last byte of the output came, no_offset when that is not known. Writes
+  // the same output once more.
   int32_t find_last_unit(std::u16string_view text) {
     if (length == 0) return i18n::no_offset;
     Offsets offsets(length, i18n::no_offset);

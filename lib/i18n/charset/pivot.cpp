@@ -45,4 +45,18 @@ Progress from_unicode(UConverter* converter, std::u16string_view text, char* out
   return {status, static_cast<size_t>(source - text.data()), static_cast<size_t>(target - output)};
 }
 
+Progress to_unicode(const i18n_charset_t& charset, std::string_view input, UChar* units,
+                    size_t capacity, int32_t* offsets) {
+  const Progress progress = to_unicode(charset.converter, input, units, capacity, offsets);
+  charset.has_unfinished_input = U_FAILURE(progress.status);
+  return progress;
+}
+
+Progress from_unicode(const i18n_charset_t& charset, std::u16string_view text, char* output,
+                      size_t capacity, int32_t* offsets) {
+  const Progress progress = from_unicode(charset.converter, text, output, capacity, offsets);
+  charset.has_unfinished_output = U_FAILURE(progress.status);
+  return progress;
+}
+
 }  // namespace i18n

@@ -8,6 +8,8 @@
 
 #include <unicode/ucnv.h>
 
+#include "charset/charset.h"
+
 namespace i18n {
 
 // An array of UTF-16 units that is not initialised, and not on the heap when it is short.
@@ -34,6 +36,13 @@ struct Progress {
 Progress to_unicode(UConverter* converter, std::string_view input, UChar* units, size_t capacity,
                     int32_t* offsets);
 Progress from_unicode(UConverter* converter, std::u16string_view text, char* output,
+                      size_t capacity, int32_t* offsets);
+
+// The same with a handle's own converter: the handle then knows whether that is in the middle of a
+// text.
+Progress to_unicode(const i18n_charset_t& charset, std::string_view input, UChar* units,
+                    size_t capacity, int32_t* offsets);
+Progress from_unicode(const i18n_charset_t& charset, std::u16string_view text, char* output,
                       size_t capacity, int32_t* offsets);
 
 }  // namespace i18n
