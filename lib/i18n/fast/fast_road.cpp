@@ -32,11 +32,14 @@ bool is_cuttable(const char* table) {
 // 64 samples of it have: memory is read no more often than it must be.
 size_t estimate_escapes(const char* table, Bytes text) {
   constexpr size_t samples = 64;
-  constexpr size_t sample_size = 1024;
-  if (text.size() < 4 * samples * sample_size) {
+  constexpr size_t longest_sample = 1024;
+  constexpr size_t sampled_part = 16;
+  constexpr size_t shortest_sample = 64;
+  const size_t step = text.size() / samples;
+  const size_t sample_size = std::min(step / sampled_part, longest_sample);
+  if (sample_size < shortest_sample) {
     return transfer::count_escapes(table, text.data(), text.size());
   }
-  const size_t step = text.size() / samples;
   size_t escapes = 0;
   for (size_t i = 0; i < samples; ++i) {
     escapes += transfer::count_escapes(table, text.data() + i * step, sample_size);
