@@ -30,10 +30,11 @@ char* put_form(char* out, const char* table, unsigned char byte) {
   return out + (escaped ? escape_size : 1);
 }
 
-size_t count_in_eight(const char* table, const unsigned char* bytes) {
-  size_t count = 0;
-  for (size_t i = 0; i < 8; ++i) count += is_escaped(table, bytes[i]);
-  return count;
+// Whether the table says nothing of any of eight bytes: no mark, and nothing else.
+bool are_literal(const char* table, const unsigned char* bytes) {
+  int entries = 0;
+  for (size_t i = 0; i < 8; ++i) entries |= table[bytes[i]];
+  return entries == 0;
 }
 
 }  // namespace
@@ -49,7 +50,7 @@ size_t count_escapes(const char* table, const unsigned char* bytes, size_t size)
 char* put_forms(char* out, const char* table, const unsigned char* bytes, size_t size) {
   size_t done = size >= vector_stretch && has_avx2() ? put_forms_avx2(out, table, bytes, size) : 0;
   for (; size - done >= 8; done += 8) {
-    if (count_in_eight(table, bytes + done) == 0) {
+    if (are_literal(table, bytes + done)) {
       std::memcpy(out, bytes + done, 8);
       out += 8;
     } else {
