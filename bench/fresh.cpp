@@ -2,6 +2,7 @@
 // and then numbers of calls from a socket.
 #include "wanted.h"
 
+#include <sched.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,6 +12,13 @@ namespace bench {
 namespace {
 
 constexpr const char* reference_side = "reference";
+
+void stay_on(int processor) {
+  cpu_set_t allowed;
+  CPU_ZERO(&allowed);
+  CPU_SET(processor, &allowed);
+  require(sched_setaffinity(0, sizeof allowed, &allowed) == 0, "a processor");
+}
 
 // False at the end of what is sent.
 bool receive(int socket, void* data, size_t size) {
@@ -23,12 +31,13 @@ void transmit(int socket, const void* data, size_t size) {
 
 class Process {
  public:
-  Process(const std::string& row, const char* side, const std::string& text) {
+  Process(int processor, const std::string& row, const char* side, const std::string& text) {
     int ends[2];
     require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0, "socket");
     child = fork();
     require(child >= 0, "fork");
     if (child == 0) {
+      stay_on(processor);
       dup2(ends[1], STDIN_FILENO);
       execl("/proc/self/exe", "qorvii18n_bench", serve_option, row.c_str(), side, nullptr);
       _exit(1);
@@ -62,8 +71,9 @@ class Process {
 
 Comparison compare_in_fresh_processes(const Row& row, const std::string& text) {
   const std::string number = std::to_string(&row - fresh_rows.data());
-  const Process library(number, "library", text);
-  const Process reference(number, reference_side, text);
+  const int processor = sched_getcpu();  // one for both: another can be slower for a while
+  const Process library(processor, number, "library", text);
+  const Process reference(processor, number, reference_side, text);
   return compare([&](size_t calls) { return library.run(calls); },
                  [&](size_t calls) { return reference.run(calls); });
 }
