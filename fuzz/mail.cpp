@@ -103,8 +103,13 @@ void check_addresses(const std::string& field, const std::string& name, const st
   const std::string end = text.empty() ? "" : ">";
   const std::string address = text.empty() ? value.substr(0, value.find(','))
                                            : value.substr(begin, value.size() - begin - 1);
-  const size_t comma =
-      text.empty() ? address.size() : value.find('<' + address + ">,") + address.size() + 2;
+  size_t name_end = 0;  // past a quoted string, in which an address can stand, too
+  if (value.starts_with('"')) {
+    for (name_end = 1; value[name_end] != '"'; ++name_end) name_end += value[name_end] == '\\';
+  }
+  const size_t comma = text.empty()
+                           ? address.size()
+                           : value.find('<' + address + ">,", name_end) + address.size() + 2;
   for (Text item : {Text(value).substr(0, comma), Text(value).substr(comma + 1)}) {
     while (!item.empty() && (item[0] == '\n' || item[0] == ' ')) item.remove_prefix(1);
     if (text.empty()) {
