@@ -14,6 +14,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(ENV{PKG_CONFIG_LIBDIR} ${QORVII18N_CROSS_SYSROOT}/usr/lib/${triplet}/pkgconfig)
 
 # The C library comes with the cross compiler. The libraries of the folder do not know where they are.
 string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT
