@@ -19,8 +19,8 @@
 /// 7. Lines have at most 76 columns, the field's name included. Those with an address, a media
 ///    type, a word that is not encoded, or a first encoded word beside a long field name can be
 ///    longer, up to 998.
-/// 8. Readers that follow the standards see the text that went in, blanks included; readers.md
-///    lists those that do not.
+/// 8. Readers that follow the standards see the text that went in, blanks included;
+///    docs/readers.md in the source lists those that do not.
 /// 9. All functions may run at once in any threads, from the first call on.
 #ifndef QORVII18N_I18N_MAIL_H
 #define QORVII18N_I18N_MAIL_H
