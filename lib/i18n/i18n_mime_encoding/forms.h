@@ -18,7 +18,7 @@ inline const unsigned char* to_bytes(const char* text) {
 
 // Base64, with padding at the end of the bytes.
 inline void append_base64(i18n::StringBuffer<char>& buffer, std::string_view bytes) {
-  constexpr size_t piece_size = 16 * group_bytes;  // most words have no more
+  constexpr size_t piece_size = 16 * transfer::group_bytes;  // most words have no more
   char chars[transfer::base64_size(piece_size)];
   for (size_t at = 0; at < bytes.size(); at += piece_size) {
     const std::string_view piece = bytes.substr(at, piece_size);
