@@ -166,7 +166,8 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
                        size_t* error_position, const i18n_charset_t* to, char** output,
                        size_t* output_length) {
   const bool is_callers = *output != nullptr;
-  size_t capacity = std::min(std::exchange(*output_length, 0), max_target_bytes);
+  size_t capacity = is_callers ? std::min(*output_length, max_target_bytes) : 0;
+  *output_length = 0;
   const std::string_view bytes(input, input_length);
   if (!is_callers) {
     i18n::CString result = i18n::convert_directly(*from, bytes, *to, bytes_per_unit, output_length);
