@@ -83,7 +83,16 @@ i18n::CString encode_pieces(const Work& work, Pieces& pieces, Bytes text) {
                                        : encode_base64(pieces);
 }
 
+// Names with options are left to the exact road.
+bool has_options(const char* charset) { return std::strchr(charset, ',') != nullptr; }
+
 i18n::CString encode_body(const Work& work, Bytes text) {
+  // Equal names mean that nothing is converted, whatever they name.
+  if (std::strcmp(work.from_charset, work.to_charset) == 0) {
+    WholeText pieces(text);
+    return encode_pieces(work, pieces, text);
+  }
+  if (has_options(work.from_charset) || has_options(work.to_charset)) return nullptr;
   for (const auto& open : {open_iso_2022_jp, open_pieces}) {
     const std::unique_ptr<Pieces> pieces = open(work.from_charset, work.to_charset, text);
     i18n::CString mail = pieces ? encode_pieces(work, *pieces, text) : nullptr;

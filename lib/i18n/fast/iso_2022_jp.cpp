@@ -151,8 +151,7 @@ bool is_iso_2022_jp(const UConverter* converter) {
 std::unique_ptr<Pieces> open_iso_2022_jp(const char* from_charset, const char* to_charset,
                                          Bytes text) {
   constexpr size_t least_size = 16384;
-  if (text.size() < least_size || std::strcmp(from_charset, to_charset) == 0) return nullptr;
-  if (has_options(from_charset) || has_options(to_charset)) return nullptr;
+  if (text.size() < least_size) return nullptr;
   const i18n::ConverterPtr to = i18n::open_plain_converter(to_charset);
   if (!to || !is_iso_2022_jp(to.get())) return nullptr;
   i18n::ConverterPtr from = i18n::open_plain_converter(from_charset);

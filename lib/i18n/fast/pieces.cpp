@@ -12,19 +12,6 @@ namespace fast {
 
 namespace {
 
-// The text as it is: the charsets are the same, or it is ASCII and both have that.
-class WholeText final : public Pieces {
- public:
-  explicit WholeText(Bytes converted) : text(converted) {}
-
-  Bytes next() override { return std::exchange(text, {}); }
-  bool has_failed() const override { return false; }
-  size_t get_expected_size() const override { return text.size(); }
-
- private:
-  Bytes text;
-};
-
 // What is converted without ICU.
 class DirectPieces final : public Pieces {
  public:
@@ -125,11 +112,7 @@ bool is_utf8_name(const char* charset) {
                      [charset](const char* name) { return std::strcmp(charset, name) == 0; });
 }
 
-bool has_options(const char* charset) { return std::strchr(charset, ',') != nullptr; }
-
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text) {
-  if (std::strcmp(from_charset, to_charset) == 0) return std::make_unique<WholeText>(text);
-  if (has_options(from_charset) || has_options(to_charset)) return nullptr;
   Charset from(from_charset), to(to_charset);
   if (!from.is_open || !to.is_open) return nullptr;
   if (from.kind != Kind::kOther && to.kind != Kind::kOther) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "core/bytes.h"
 
@@ -26,11 +27,22 @@ class Pieces {
   virtual size_t get_expected_size() const = 0;
 };
 
-// Null when the fast road does not go from one of these charsets to the other.
-std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text);
+// The text as it is: the charsets are the same, or it is ASCII and both have that.
+class WholeText final : public Pieces {
+ public:
+  explicit WholeText(Bytes converted) : text(converted) {}
 
-// Names with options are left to the exact road.
-bool has_options(const char* charset);
+  Bytes next() override { return std::exchange(text, {}); }
+  bool has_failed() const override { return false; }
+  size_t get_expected_size() const override { return text.size(); }
+
+ private:
+  Bytes text;
+};
+
+// For names that differ. Null when the fast road does not go from one of these charsets to the
+// other.
+std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text);
 
 // ICU takes these spellings for UTF-8 without looking them up.
 bool is_utf8_name(const char* charset);
