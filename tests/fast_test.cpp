@@ -7,10 +7,11 @@
 
 #include <qorvii18n/i18n.hpp>
 
-#include "core/unicode.h"
 #include "fast/header_chunks.h"
 #include "fast/output.h"
 #include "support/testing.h"
+#include "text/unicode/latin1.h"
+#include "text/unicode/utf8.h"
 
 namespace {
 
@@ -31,19 +32,19 @@ class Unicode : public testing::Test {
         text.data(), static_cast<int>(text.size()), &status));
     const bool is_valid = U_SUCCESS(status);
     const Bytes bytes = to_bytes(text);
-    const i18n::Reach reach = i18n::reach_units(bytes, std::size(units));
-    unsigned char room[std::size(units) + i18n::copy_slack];
+    const text::Reach reach = text::reach_units(bytes, std::size(units));
+    unsigned char room[std::size(units) + text::copy_slack];
     const unsigned char* const begin = room;
-    const unsigned char* const latin1_end = i18n::utf8_to_latin1(room, bytes);
+    const unsigned char* const latin1_end = text::utf8_to_latin1(room, bytes);
     const bool is_latin1 =
         is_valid && std::all_of(units, units + count, [](UChar unit) { return unit < 0x100; });
-    bool same = i18n::is_utf8(bytes) == is_valid && reach.is_valid == is_valid &&
+    bool same = text::is_utf8(bytes) == is_valid && reach.is_valid == is_valid &&
                 (latin1_end != nullptr) == is_latin1 &&
-                i18n::is_ascii(bytes) == (is_valid && count == text.size());
+                text::is_ascii(bytes) == (is_valid && count == text.size());
     if (is_valid) same &= reach.units == count && reach.bytes == text.size();
     if (is_latin1) {
       same &= std::equal(begin, latin1_end, units, units + count) &&
-              i18n::get_latin1_size(bytes) == count;
+              text::get_latin1_size(bytes) == count;
     }
     EXPECT_TRUE(same) << testing::PrintToString(text);
     return is_valid;

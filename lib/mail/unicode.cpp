@@ -2,27 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
-
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
 
 #include "mail/call.h"
 
 namespace mail {
 
 namespace {
-
-// The index of the first byte outside ASCII.
-size_t find_high(std::string_view text, size_t index) {
-  constexpr uint64_t high_bits = 0x8080808080808080;
-  for (uint64_t word; text.size() - index >= sizeof word; index += sizeof word) {
-    std::memcpy(&word, text.data() + index, sizeof word);
-    if ((word & high_bits) != 0) break;
-  }
-  while (index < text.size() && U8_IS_SINGLE(text[index])) ++index;
-  return index;
-}
 
 // ICU's own stop callback lets characters vanish that show nothing.
 void stop(const void*, UConverterFromUnicodeArgs*, const UChar*, int32_t, UChar32,
@@ -84,45 +69,6 @@ Outcome convert(Function function, UConverter* converter, std::basic_string_view
 }
 
 }  // namespace
-
-size_t find_invalid(std::string_view text) {
-  for (size_t index = find_high(text, 0); index < text.size(); index = find_high(text, index)) {
-    const size_t begin = index;
-    UChar32 character;
-    U8_NEXT(text.data(), index, text.size(), character);
-    if (character < 0) return begin;
-  }
-  return text.size();
-}
-
-bool is_ascii(std::string_view text) { return find_high(text, 0) == text.size(); }
-
-void to_utf16(std::string_view text, std::u16string& units) {
-  units.resize(text.size());
-  size_t size = 0;
-  for (size_t index = 0; index < text.size();) {
-    UChar32 character;
-    U8_NEXT_UNSAFE(text.data(), index, character);
-    U16_APPEND_UNSAFE(units.data(), size, character);
-  }
-  units.resize(size);
-}
-
-size_t to_utf8(std::u16string_view units, std::string& text) {
-  text.clear();
-  text.reserve(units.size());
-  for (size_t index = 0; index < units.size();) {
-    const size_t begin = index;
-    UChar32 character;
-    U16_NEXT(units.data(), index, units.size(), character);
-    if (U_IS_SURROGATE(character)) return begin;
-    char bytes[U8_MAX_LENGTH];
-    size_t size = 0;
-    U8_APPEND_UNSAFE(bytes, size, character);
-    text.append(bytes, size);
-  }
-  return units.npos;
-}
 
 icu::LocalUConverterPointer open_converter(const char* charset) {
   UErrorCode status = U_ZERO_ERROR;

@@ -8,33 +8,21 @@
 
 #include <unicode/ucnv.h>
 
+#include "text/unicode/utf16.h"
+#include "text/unicode/utf8.h"
+
 namespace mail {
 
-// The index of the first byte that is not of UTF-8; the size when all are.
-size_t find_invalid(std::string_view text);
-
-bool is_ascii(std::string_view text);
+using text::find_invalid;
+using text::is_ascii;
+using text::next_character;
+using text::previous_character;
+using text::to_utf16;
+using text::to_utf8;
 
 inline bool is_inside_character(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+  return text::continues_character(static_cast<unsigned char>(byte));
 }
-
-// Indexes must be where characters begin, or at the end.
-inline size_t next_character(std::string_view text, size_t index) {
-  do ++index;
-  while (index < text.size() && is_inside_character(text[index]));
-  return index;
-}
-inline size_t previous_character(std::string_view text, size_t index) {
-  do --index;
-  while (is_inside_character(text[index]));
-  return index;
-}
-
-// Takes the place of the units' former contents.
-void to_utf16(std::string_view text, std::u16string& units);
-// npos, or the index of a lone surrogate, before which the text then ends.
-size_t to_utf8(std::u16string_view units, std::string& text);
 
 // Null when ICU has no such charset. Nothing is substituted, dropped or mapped one way only.
 icu::LocalUConverterPointer open_converter(const char* charset);

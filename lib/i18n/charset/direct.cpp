@@ -1,8 +1,8 @@
 #include "charset/direct.h"
+#include "core/bytes.h"
+#include "text/unicode/latin1.h"
 
 #include <unicode/ucnv.h>
-
-#include "core/unicode.h"
 
 namespace i18n {
 
@@ -18,7 +18,7 @@ bool goes(const i18n_charset_t& from, UConverterType from_type, const i18n_chars
 CString convert(Convert function, Bytes text, size_t units, size_t bytes_per_unit, size_t* length) {
   constexpr size_t most_bytes = 0x7fffffff;
   // A unit becomes two bytes at most and has four or more: so many units leave room for the slack.
-  constexpr size_t least_units = copy_slack / 2;
+  constexpr size_t least_units = text::copy_slack / 2;
   if (units < least_units || units > most_bytes / bytes_per_unit - 1) return nullptr;
   CString output = allocate_c_string(bytes_per_unit * units + 1);
   auto* const begin = reinterpret_cast<unsigned char*>(output.get());
@@ -36,10 +36,10 @@ CString convert_directly(const i18n_charset_t& from, std::string_view input,
   if (from.has_unfinished_input || to.has_unfinished_output) return nullptr;
   const Bytes text(reinterpret_cast<const unsigned char*>(input.data()), input.size());
   if (goes(from, UCNV_UTF8, to, UCNV_LATIN_1)) {
-    return convert(utf8_to_latin1, text, get_latin1_size(text), bytes_per_unit, length);
+    return convert(text::utf8_to_latin1, text, text::get_latin1_size(text), bytes_per_unit, length);
   }
   if (goes(from, UCNV_LATIN_1, to, UCNV_UTF8)) {
-    return convert(latin1_to_utf8, text, text.size(), bytes_per_unit, length);
+    return convert(text::latin1_to_utf8, text, text.size(), bytes_per_unit, length);
   }
   return nullptr;
 }

@@ -1,10 +1,10 @@
 // Bytes that are borrowed.
 #pragma once
 
-#include <span>
+#include "text/bytes.h"
 
 namespace i18n {
 
-using Bytes = std::span<const unsigned char>;
+using text::Bytes;
 
 }  // namespace i18n

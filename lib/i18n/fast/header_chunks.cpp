@@ -1,8 +1,7 @@
 #include "fast/header_chunks.h"
+#include "text/unicode/utf8.h"
 
 #include <algorithm>
-
-#include "core/unicode.h"
 
 namespace fast {
 
@@ -19,7 +18,7 @@ bool HeaderChunks::fetch() {
   if (begins_in_pair) fetched += pair_size;
   const size_t units = begins_in_pair ? units_at_once - 1 : units_at_once;
   const Bytes rest = text.subspan(fetched);
-  const i18n::Reach reach = i18n::reach_units(rest, units);
+  const text::Reach reach = text::reach_units(rest, units);
   if (!reach.is_valid) return false;
   // A pair of which one unit has room is the only thing that leaves room beside more text.
   splits_pair = reach.units != units && reach.bytes != rest.size();
@@ -50,13 +49,13 @@ void HeaderChunks::write() {
 }
 
 size_t HeaderChunks::find_character(size_t at) const {
-  while (i18n::continues_character(text[at])) --at;
+  while (text::continues_character(text[at])) --at;
   return at;
 }
 
 // What comes after the bytes fetched has not been looked at.
 size_t HeaderChunks::end_character(size_t at) const {
-  while (at != fetched && i18n::continues_character(text[at])) ++at;
+  while (at != fetched && text::continues_character(text[at])) ++at;
   return at;
 }
 

@@ -5,8 +5,9 @@
 #include <utility>
 
 #include "charset/converter.h"
-#include "core/unicode.h"
 #include "fast/icu_pieces.h"
+#include "text/unicode/latin1.h"
+#include "text/unicode/utf8.h"
 
 namespace fast {
 
@@ -39,7 +40,7 @@ class DirectPieces final : public Pieces {
   size_t get_piece_size() const {
     if (text.size() <= most_bytes) return text.size();
     size_t piece_size = most_bytes;
-    while (piece_size > most_bytes - 3 && i18n::continues_character(text[piece_size])) --piece_size;
+    while (piece_size > most_bytes - 3 && text::continues_character(text[piece_size])) --piece_size;
     return piece_size;
   }
 
@@ -47,7 +48,7 @@ class DirectPieces final : public Pieces {
   Bytes text;
   size_t size;
   bool failed = false;
-  unsigned char converted[2 * most_bytes + i18n::copy_slack];
+  unsigned char converted[2 * most_bytes + text::copy_slack];
 };
 
 enum class Kind { kUtf8, kLatin1, kAscii, kOther };
@@ -82,17 +83,17 @@ struct Charset {
 };
 
 bool is_unchanged(Kind from, Kind to, Bytes text) {
-  if (from == to && to == Kind::kUtf8) return i18n::is_utf8(text);
+  if (from == to && to == Kind::kUtf8) return text::is_utf8(text);
   if (from == to && to == Kind::kLatin1) return true;
-  return i18n::is_ascii(text);
+  return text::is_ascii(text);
 }
 
 std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
   if (from == Kind::kUtf8 && to == Kind::kLatin1) {
-    return std::make_unique<DirectPieces>(i18n::utf8_to_latin1, text, i18n::get_latin1_size(text));
+    return std::make_unique<DirectPieces>(text::utf8_to_latin1, text, text::get_latin1_size(text));
   }
   if (from == Kind::kLatin1 && to == Kind::kUtf8) {
-    return std::make_unique<DirectPieces>(i18n::latin1_to_utf8, text, i18n::get_utf8_size(text));
+    return std::make_unique<DirectPieces>(text::latin1_to_utf8, text, text::get_utf8_size(text));
   }
   if (is_unchanged(from, to, text)) return std::make_unique<WholeText>(text);
   return nullptr;

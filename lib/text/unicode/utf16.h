@@ -1,0 +1,14 @@
+// UTF-16 and UTF-8, each from the other.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace text {
+
+// Each takes the place of what the target held.
+void to_utf16(std::string_view utf8, std::u16string& units);  // well-formed
+// npos, or the index of a lone surrogate, before which the text then ends.
+size_t to_utf8(std::u16string_view units, std::string& utf8);
+
+}  // namespace text
