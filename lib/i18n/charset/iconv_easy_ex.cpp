@@ -36,97 +36,98 @@ enum Result {
 class Beginning {
  public:
   Beginning(const UConverter* converter, bool is_unfinished)
-      : original(converter), copy(is_unfinished ? i18n::copy_converter(converter) : nullptr) {}
+      : original_(converter), copy_(is_unfinished ? i18n::copy_converter(converter) : nullptr) {}
 
   // To be called once. Null when the converter cannot be copied.
   i18n::ConverterPtr make_converter() {
-    if (copy) return std::move(copy);
-    i18n::ConverterPtr initial = i18n::copy_converter(original);
+    if (copy_) return std::move(copy_);
+    i18n::ConverterPtr initial = i18n::copy_converter(original_);
     if (initial) ucnv_reset(initial.get());
     return initial;
   }
 
  private:
-  const UConverter* original;
-  i18n::ConverterPtr copy;
+  const UConverter* original_;
+  i18n::ConverterPtr copy_;
 };
 
 // The input, and what it is in UTF-16.
 class Source {
  public:
   // Input that cannot be read a second time is read with offsets at once.
-  Source(const i18n_charset_t& from, std::string_view input_bytes, bool will_be_overwritten)
-      : charset(from),
-        input(input_bytes),
-        capacity(std::min(2 * input.size(), max_target_units)),
-        units(capacity),
-        beginning(from.converter, from.has_unfinished_input) {
-    if (will_be_overwritten || !i18n::is_copyable(from.converter)) {
-      offsets.assign(capacity, i18n::no_offset);
+  Source(const i18n_charset_t& charset, std::string_view input, bool will_be_overwritten)
+      : charset_(charset),
+        input_(input),
+        capacity_(std::min(2 * input_.size(), max_target_units)),
+        units_(capacity_),
+        beginning_(charset.converter, charset.has_unfinished_input) {
+    if (will_be_overwritten || !i18n::is_copyable(charset.converter)) {
+      offsets_.assign(capacity_, i18n::no_offset);
     }
   }
 
   Progress read() {
-    const Progress progress = i18n::to_unicode(charset, input, units.get(), capacity,
-                                               offsets.empty() ? nullptr : offsets.data());
-    length = progress.produced;
+    const Progress progress = i18n::to_unicode(charset_, input_, units_.get(), capacity_,
+                                               offsets_.empty() ? nullptr : offsets_.data());
+    length_ = progress.produced;
     return progress;
   }
 
-  std::u16string_view get_text() { return {units.get(), length}; }
+  std::u16string_view get_text() { return {units_.get(), length_}; }
 
   // The index of the input byte from which a unit came, 0 when that is not known.
   size_t find_byte(int32_t unit) {
-    if (unit < 0 || static_cast<size_t>(unit) >= length) return 0;
-    if (offsets.empty()) read_again();
-    return static_cast<size_t>(std::max(offsets[static_cast<size_t>(unit)], 0));
+    if (unit < 0 || static_cast<size_t>(unit) >= length_) return 0;
+    if (offsets_.empty()) read_again();
+    return static_cast<size_t>(std::max(offsets_[static_cast<size_t>(unit)], 0));
   }
 
  private:
   void read_again() {
     constexpr size_t most_offsets_per_unit = 2;  // GSM 03.38 writes so many
-    offsets.assign(most_offsets_per_unit * length, i18n::no_offset);
-    i18n::to_unicode(beginning.make_converter().get(), input, units.get(), length, offsets.data());
+    offsets_.assign(most_offsets_per_unit * length_, i18n::no_offset);
+    i18n::to_unicode(beginning_.make_converter().get(), input_, units_.get(), length_,
+                     offsets_.data());
   }
 
-  const i18n_charset_t& charset;
-  std::string_view input;
-  size_t capacity;
-  i18n::Units units;
-  size_t length = 0;
-  Offsets offsets;  // empty when the input was read without
-  Beginning beginning;
+  const i18n_charset_t& charset_;
+  std::string_view input_;
+  size_t capacity_;
+  i18n::Units units_;
+  size_t length_ = 0;
+  Offsets offsets_;  // empty when the input was read without
+  Beginning beginning_;
 };
 
 class Target {
  public:
-  Target(const i18n_charset_t& to, char* buffer, size_t buffer_size)
-      : charset(to),
-        output(buffer),
-        capacity(buffer_size),
-        beginning(to.converter, to.has_unfinished_output) {}
+  Target(const i18n_charset_t& charset, char* output, size_t capacity)
+      : charset_(charset),
+        output_(output),
+        capacity_(capacity),
+        beginning_(charset.converter, charset.has_unfinished_output) {}
 
   Progress write(std::u16string_view text) {
-    const Progress progress = i18n::from_unicode(charset, text, output, capacity, nullptr);
-    length = progress.produced;
+    const Progress progress = i18n::from_unicode(charset_, text, output_, capacity_, nullptr);
+    length_ = progress.produced;
     return progress;
   }
 
   // The unit from which the last byte of the output came, no_offset when that is not known. Writes
   // the same output once more.
   int32_t find_last_unit(std::u16string_view text) {
-    if (length == 0) return i18n::no_offset;
-    Offsets offsets(length, i18n::no_offset);
-    i18n::from_unicode(beginning.make_converter().get(), text, output, length, offsets.data());
+    if (length_ == 0) return i18n::no_offset;
+    Offsets offsets(length_, i18n::no_offset);
+    i18n::from_unicode(beginning_.make_converter().get(), text, output_, length_, offsets.data());
     return offsets.back();
   }
 
  private:
-  const i18n_charset_t& charset;
-  char* output;
-  size_t capacity;
-  size_t length = 0;
-  Beginning beginning;
+  const i18n_charset_t& charset_;
+  char* output_;
+  size_t capacity_;
+  size_t length_ = 0;
+  Beginning beginning_;
 };
 
 bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {

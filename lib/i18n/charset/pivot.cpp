@@ -22,7 +22,7 @@ size_t get_request(size_t units) {
 }  // namespace
 
 Units::Units(size_t size) {
-  if (size > std::size(few)) many = std::make_unique_for_overwrite<UChar[]>(get_request(size));
+  if (size > std::size(few_)) many_ = std::make_unique_for_overwrite<UChar[]>(get_request(size));
 }
 
 Progress to_unicode(UConverter* converter, std::string_view input, UChar* units, size_t capacity,

@@ -17,11 +17,11 @@ class Units {
  public:
   explicit Units(size_t size);
 
-  UChar* get() { return many ? many.get() : few; }
+  UChar* get() { return many_ ? many_.get() : few_; }
 
  private:
-  UChar few[512];
-  std::unique_ptr<UChar[]> many;
+  UChar few_[512];
+  std::unique_ptr<UChar[]> many_;
 };
 
 struct Progress {
