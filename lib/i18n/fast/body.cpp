@@ -19,34 +19,34 @@ size_t Base64Body::get_size(size_t bytes) {
 }
 
 void Base64Body::append(Bytes bytes) {
-  const size_t fitting = std::min(bytes.size(), line_bytes - pending_size);
-  std::copy_n(bytes.begin(), fitting, pending + pending_size);
-  pending_size += fitting;
+  const size_t fitting = std::min(bytes.size(), line_bytes_ - pending_size_);
+  std::copy_n(bytes.begin(), fitting, pending_ + pending_size_);
+  pending_size_ += fitting;
   bytes = bytes.subspan(fitting);
   if (bytes.empty()) return;
 
   put_pending_line();
   const size_t full = (bytes.size() - 1) / later_bytes * later_bytes;
   if (full != 0) {
-    char* out = output.get_room(transfer::base64_lines_size(full, later_chars) + body_break_size);
+    char* out = output_.get_room(transfer::base64_lines_size(full, later_chars) + body_break_size);
     out = transfer::put_base64_lines(out, bytes.data(), full, later_chars);
-    output.take_up_to(put_body_break(out));
+    output_.take_up_to(put_body_break(out));
   }
-  pending_size = bytes.size() - full;
-  std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(full), pending_size, pending);
+  pending_size_ = bytes.size() - full;
+  std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(full), pending_size_, pending_);
 }
 
 void Base64Body::put_pending_line() {
-  char* out = output.get_room(first_line_size + body_break_size);
-  out = transfer::put_base64(out, pending, pending_size);
-  output.take_up_to(put_body_break(out));
-  pending_size = 0;
-  line_bytes = later_bytes;
+  char* out = output_.get_room(first_line_size + body_break_size);
+  out = transfer::put_base64(out, pending_, pending_size_);
+  output_.take_up_to(put_body_break(out));
+  pending_size_ = 0;
+  line_bytes_ = later_bytes;
 }
 
 void Base64Body::finish() {
-  char* const out = output.get_room(first_line_size);
-  output.take_up_to(transfer::put_base64(out, pending, pending_size));
+  char* const out = output_.get_room(first_line_size);
+  output_.take_up_to(transfer::put_base64(out, pending_, pending_size_));
 }
 
 size_t QuotedPrintableBody::get_size(size_t forms) {
@@ -63,50 +63,50 @@ void QuotedPrintableBody::append(Bytes bytes) {
 
 void QuotedPrintableBody::append_slice(Bytes slice) {
   const char* const end =
-      transfer::put_forms(forms + forms_size, table, slice.data(), slice.size());
-  forms_size = static_cast<size_t>(end - forms);
+      transfer::put_forms(forms_ + forms_size_, table_, slice.data(), slice.size());
+  forms_size_ = static_cast<size_t>(end - forms_);
   put_full_lines();
 }
 
 void QuotedPrintableBody::put_full_lines() {
-  if (forms_size <= room) return;
-  char* out = output.get_room(get_size(forms_size) + first_line_size);
-  const char* next = forms;
-  const char* const end = forms + forms_size;
-  while (static_cast<size_t>(end - next) > room) {
-    const size_t size = transfer::cut_forms(next, room);
+  if (forms_size_ <= room_) return;
+  char* out = output_.get_room(get_size(forms_size_) + first_line_size);
+  const char* next = forms_;
+  const char* const end = forms_ + forms_size_;
+  while (static_cast<size_t>(end - next) > room_) {
+    const size_t size = transfer::cut_forms(next, room_);
     // As much as the longest line has, whatever of it counts: a few moves instead of a call.
     std::memcpy(out, next, first_line_size);
     out += size;
     next += size;
     std::memcpy(out, i18n_mime::soft_break_mark, mark_size);
     out = put_body_break(out + mark_size);
-    room = later_room;
+    room_ = later_room;
   }
-  output.take_up_to(out);
-  forms_size = static_cast<size_t>(end - next);
-  std::memmove(forms, next, forms_size);
+  output_.take_up_to(out);
+  forms_size_ = static_cast<size_t>(end - next);
+  std::memmove(forms_, next, forms_size_);
 }
 
 // A blank at the very end is escaped. It goes on the next line when its escape does not fit beside
 // the blank itself.
 void QuotedPrintableBody::finish() {
-  if (forms_size != 0) {
-    const char last = forms[forms_size - 1];
+  if (forms_size_ != 0) {
+    const char last = forms_[forms_size_ - 1];
     if (last == ' ' || last == '\t') {
-      const bool fits = forms_size + transfer::escape_size <= room;
-      char* out = forms + forms_size - 1;
+      const bool fits = forms_size_ + transfer::escape_size <= room_;
+      char* out = forms_ + forms_size_ - 1;
       if (!fits) {
         std::memcpy(out, i18n_mime::soft_break_mark, mark_size);
         out = put_body_break(out + mark_size);
       }
       out = transfer::put_escape(out, static_cast<unsigned char>(last));
-      forms_size = static_cast<size_t>(out - forms);
+      forms_size_ = static_cast<size_t>(out - forms_);
     }
   }
-  char* const out = output.get_room(forms_size);
-  std::memcpy(out, forms, forms_size);
-  output.take_up_to(out + forms_size);
+  char* const out = output_.get_room(forms_size_);
+  std::memcpy(out, forms_, forms_size_);
+  output_.take_up_to(out + forms_size_);
 }
 
 }  // namespace fast

@@ -20,7 +20,7 @@ constexpr size_t later_line_size = first_line_size - body_break_size;
 
 class Base64Body {
  public:
-  explicit Base64Body(Output& target) : output(target) {}
+  explicit Base64Body(Output& output) : output_(output) {}
 
   void append(Bytes bytes);
   void finish();
@@ -35,18 +35,17 @@ class Base64Body {
 
   void put_pending_line();
 
-  Output& output;
+  Output& output_;
   // Bytes of the line in work. It is written when it is known whether more follows.
-  unsigned char pending[first_line_size];
-  size_t pending_size = 0;
-  size_t line_bytes = first_line_size / transfer::group_chars * transfer::group_bytes;
+  unsigned char pending_[first_line_size];
+  size_t pending_size_ = 0;
+  size_t line_bytes_ = first_line_size / transfer::group_chars * transfer::group_bytes;
 };
 
 class QuotedPrintableBody {
  public:
   // The table must escape '='.
-  QuotedPrintableBody(const char* escape_table, Output& target)
-      : table(escape_table), output(target) {}
+  QuotedPrintableBody(const char* table, Output& output) : table_(table), output_(output) {}
 
   void append(Bytes bytes);
   void finish();
@@ -63,11 +62,11 @@ class QuotedPrintableBody {
   // Writes the forms that fill lines. Those of the line in work stay, moved to the beginning.
   void put_full_lines();
 
-  const char* table;
-  Output& output;
-  size_t room = first_line_size - mark_size;  // for forms, on the line in work
-  size_t forms_size = 0;
-  char forms[first_line_size + transfer::escape_size * slice_size + transfer::form_slack];
+  const char* table_;
+  Output& output_;
+  size_t room_ = first_line_size - mark_size;  // for forms, on the line in work
+  size_t forms_size_ = 0;
+  char forms_[first_line_size + transfer::escape_size * slice_size + transfer::form_slack];
 };
 
 }  // namespace fast

@@ -25,26 +25,26 @@ char* put(char* out, std::string_view text) {
 class Fold {
  public:
   Fold(const char* charset, char letter) {
-    char* out = put(put(text, word_end), word_break);
+    char* out = put(put(text_, word_end), word_break);
     char* const prefix = out;
     out = put(put(out, "=?"), charset);
     *out++ = '?';
     *out++ = letter;
     *out++ = '?';
-    size = static_cast<size_t>(out - text);
-    prefix_size = static_cast<size_t>(out - prefix);
+    size_ = static_cast<size_t>(out - text_);
+    prefix_size_ = static_cast<size_t>(out - prefix);
   }
 
-  std::string_view get_whole() const { return {text, size}; }
-  std::string_view get_prefix() const { return get_whole().substr(size - prefix_size); }
+  std::string_view get_whole() const { return {text_, size_}; }
+  std::string_view get_prefix() const { return get_whole().substr(size_ - prefix_size_); }
   // Of content, in a line that is not the first, and in the first.
-  size_t get_room() const { return i18n_mime::max_word_line - size; }
+  size_t get_room() const { return i18n_mime::max_word_line - size_; }
   size_t get_first_room() const { return get_room() + word_break.size(); }
 
  private:
-  char text[word_end.size() + word_break.size() + max_name_size + 5];
-  size_t size;
-  size_t prefix_size;
+  char text_[word_end.size() + word_break.size() + max_name_size + 5];
+  size_t size_;
+  size_t prefix_size_;
 };
 
 // Where forms of UTF-8 can be cut: between characters.
@@ -59,60 +59,60 @@ size_t cut_characters(const char* forms, size_t size) {
 
 class QWords {
  public:
-  QWords(const char* charset, const char* escape_table, Output& target)
-      : fold(charset, 'Q'), table(escape_table), room(fold.get_first_room()), output(target) {}
+  QWords(const char* charset, const char* table, Output& output)
+      : fold_(charset, 'Q'), table_(table), room_(fold_.get_first_room()), output_(output) {}
 
   void begin() {
-    char* const out = output.get_room(fold.get_whole().size());
-    output.take_up_to(put(out, fold.get_prefix()));
+    char* const out = output_.get_room(fold_.get_whole().size());
+    output_.take_up_to(put(out, fold_.get_prefix()));
   }
 
   // Bytes that one word must hold.
   void append_whole(Bytes bytes) {
     char forms[transfer::escape_size * most_whole + transfer::form_slack];
     const size_t size = put_forms(forms, bytes);
-    char* out = output.get_room(fold.get_whole().size() + size);
-    if (size > room) out = put_fold(out);
-    room -= size;
-    output.take_up_to(put(out, {forms, size}));
+    char* out = output_.get_room(fold_.get_whole().size() + size);
+    if (size > room_) out = put_fold(out);
+    room_ -= size;
+    output_.take_up_to(put(out, {forms, size}));
   }
 
   void append_characters(Bytes bytes) {
     char forms[transfer::escape_size * i18n::chunk_bytes + transfer::form_slack];
     const char* next = forms;
     size_t left = put_forms(forms, bytes);
-    while (left > room) {
-      const size_t size = cut_characters(next, room);
-      char* const out = output.get_room(size + fold.get_whole().size());
-      output.take_up_to(put_fold(put(out, {next, size})));
+    while (left > room_) {
+      const size_t size = cut_characters(next, room_);
+      char* const out = output_.get_room(size + fold_.get_whole().size());
+      output_.take_up_to(put_fold(put(out, {next, size})));
       next += size;
       left -= size;
     }
-    char* const out = output.get_room(left);
-    output.take_up_to(put(out, {next, left}));
-    room -= left;
+    char* const out = output_.get_room(left);
+    output_.take_up_to(put(out, {next, left}));
+    room_ -= left;
   }
 
-  void end() { output.take_up_to(put(output.get_room(word_end.size()), word_end)); }
+  void end() { output_.take_up_to(put(output_.get_room(word_end.size()), word_end)); }
 
   // More hangs together only where characters have more than four bytes.
   static constexpr size_t most_whole = 8;
 
  private:
   size_t put_forms(char* forms, Bytes bytes) const {
-    const char* const forms_end = transfer::put_forms(forms, table, bytes.data(), bytes.size());
+    const char* const forms_end = transfer::put_forms(forms, table_, bytes.data(), bytes.size());
     return static_cast<size_t>(forms_end - forms);
   }
 
   char* put_fold(char* out) {
-    room = fold.get_room();
-    return put(out, fold.get_whole());
+    room_ = fold_.get_room();
+    return put(out, fold_.get_whole());
   }
 
-  Fold fold;
-  const char* table;
-  size_t room;  // in the word in work
-  Output& output;
+  Fold fold_;
+  const char* table_;
+  size_t room_;  // in the word in work
+  Output& output_;
 };
 
 }  // namespace

@@ -19,15 +19,15 @@ using i18n::Bytes;
 class HeaderChunks {
  public:
   // room: the most bytes that a chunk may have, more than are ever taken for one character.
-  HeaderChunks(Bytes header, size_t chunk_room) : text(header), room(chunk_room) {}
+  HeaderChunks(Bytes text, size_t room) : text_(text), room_(room) {}
 
   // False when the text that comes next is not well-formed.
   bool next();
-  bool has_next() const { return room_was_full || !is_last_fetch; }
+  bool has_next() const { return room_was_full_ || !is_last_fetch_; }
 
-  Bytes get_chunk() const { return text.subspan(chunk_begin, delivered - chunk_begin); }
+  Bytes get_chunk() const { return text_.subspan(chunk_begin_, delivered_ - chunk_begin_); }
   // How many bytes at its beginning count as one character for that reason; 0 when there are none.
-  size_t get_first_run() const { return first_run; }
+  size_t get_first_run() const { return first_run_; }
 
  private:
   static constexpr size_t units_at_once = i18n::get_unit_chunk(i18n::chunk_bytes);
@@ -37,21 +37,21 @@ class HeaderChunks {
   size_t find_character(size_t at) const;  // where the one that has this byte begins
   size_t end_character(size_t at) const;   // where it ends; at itself between two
 
-  Bytes text;
-  size_t room;
+  Bytes text_;
+  size_t room_;
 
   // Positions in the text, each at or behind the one before it. What the converter has taken, but
   // not delivered, was held back or did not fit.
-  size_t chunk_begin = 0;
-  size_t delivered = 0;
-  size_t taken = 0;
-  size_t fetched = 0;
+  size_t chunk_begin_ = 0;
+  size_t delivered_ = 0;
+  size_t taken_ = 0;
+  size_t fetched_ = 0;
 
-  size_t first_run = 0;
-  bool splits_pair = false;     // the units fetched end with the first half of a pair
-  bool begins_in_pair = false;  // they begin with the second half of one, not yet written
-  bool is_last_fetch = false;
-  bool room_was_full = false;
+  size_t first_run_ = 0;
+  bool splits_pair_ = false;     // the units fetched end with the first half of a pair
+  bool begins_in_pair_ = false;  // they begin with the second half of one, not yet written
+  bool is_last_fetch_ = false;
+  bool room_was_full_ = false;
 };
 
 }  // namespace fast

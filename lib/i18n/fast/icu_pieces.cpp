@@ -4,34 +4,34 @@
 
 namespace fast {
 
-IcuPieces::IcuPieces(i18n::ConverterPtr from_charset, i18n::ConverterPtr to_charset, Bytes text)
-    : reader(std::move(from_charset), text), to(std::move(to_charset)), expected_size(text.size()) {
-  i18n::make_strict(to.get());
+IcuPieces::IcuPieces(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text)
+    : reader_(std::move(from), text), to_(std::move(to)), expected_size_(text.size()) {
+  i18n::make_strict(to_.get());
 }
 
 Bytes IcuPieces::next() {
   Bytes piece;
-  while (piece.empty() && !failed) {
-    if (!has_output_left) {
-      if (reader.has_read_all()) break;
-      units = reader.read();
+  while (piece.empty() && !failed_) {
+    if (!has_output_left_) {
+      if (reader_.has_read_all()) break;
+      units_ = reader_.read();
     }
     piece = write();
-    failed = failed || reader.has_failed();
+    failed_ = failed_ || reader_.has_failed();
   }
-  return failed ? Bytes() : piece;
+  return failed_ ? Bytes() : piece;
 }
 
 Bytes IcuPieces::write() {
   UErrorCode status = U_ZERO_ERROR;
-  char* target = bytes;
-  const char16_t* source = units.data();
-  ucnv_fromUnicode(to.get(), &target, bytes + byte_count, &source, units.data() + units.size(),
-                   nullptr, static_cast<UBool>(reader.has_read_all()), &status);
-  units.remove_prefix(static_cast<size_t>(source - units.data()));
-  has_output_left = status == U_BUFFER_OVERFLOW_ERROR;
-  failed = U_FAILURE(status) && !has_output_left;
-  return {reinterpret_cast<const unsigned char*>(bytes), static_cast<size_t>(target - bytes)};
+  char* target = bytes_;
+  const char16_t* source = units_.data();
+  ucnv_fromUnicode(to_.get(), &target, bytes_ + byte_count, &source, units_.data() + units_.size(),
+                   nullptr, static_cast<UBool>(reader_.has_read_all()), &status);
+  units_.remove_prefix(static_cast<size_t>(source - units_.data()));
+  has_output_left_ = status == U_BUFFER_OVERFLOW_ERROR;
+  failed_ = U_FAILURE(status) && !has_output_left_;
+  return {reinterpret_cast<const unsigned char*>(bytes_), static_cast<size_t>(target - bytes_)};
 }
 
 }  // namespace fast

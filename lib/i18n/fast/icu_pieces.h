@@ -13,24 +13,24 @@ namespace fast {
 
 class IcuPieces final : public Pieces {
  public:
-  IcuPieces(i18n::ConverterPtr from_charset, i18n::ConverterPtr to_charset, Bytes text);
+  IcuPieces(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text);
 
   Bytes next() override;
-  bool has_failed() const override { return failed; }
-  size_t get_expected_size() const override { return expected_size; }
+  bool has_failed() const override { return failed_; }
+  size_t get_expected_size() const override { return expected_size_; }
 
  private:
   static constexpr size_t byte_count = 4096;
 
   Bytes write();
 
-  UnitReader reader;
-  i18n::ConverterPtr to;
-  size_t expected_size;
-  std::u16string_view units;     // not yet written
-  bool has_output_left = false;  // of units that the converter took
-  bool failed = false;
-  char bytes[byte_count];
+  UnitReader reader_;
+  i18n::ConverterPtr to_;
+  size_t expected_size_;
+  std::u16string_view units_;     // not yet written
+  bool has_output_left_ = false;  // of units that the converter took
+  bool failed_ = false;
+  char bytes_[byte_count];
 };
 
 }  // namespace fast

@@ -25,7 +25,7 @@ constexpr std::string_view to_ascii = "\x1b(B";
 // are made of what ICU's converter writes, and only where it writes the same in both states.
 class Codes {
  public:
-  Codes() : codes(0x10000) {
+  Codes() : codes_(0x10000) {
     const i18n::ConverterPtr converter = i18n::open_plain_converter(canonical_name);
     if (!converter) return;
     i18n::make_strict(converter.get());
@@ -44,7 +44,7 @@ class Codes {
     }
   }
 
-  std::uint16_t operator[](char16_t unit) const { return codes[unit]; }
+  std::uint16_t operator[](char16_t unit) const { return codes_[unit]; }
 
   static bool is_jis(std::uint16_t code) { return code >= 0x100; }
 
@@ -72,7 +72,7 @@ class Codes {
             : join({to_jis, kanji_code, to_ascii, text, to_jis, kanji_code, to_ascii});
     const bool is_certain = encode(converter, {{u'a', unit, u'a'}}) == in_ascii &&
                             encode(converter, {{kanji, unit, kanji}}) == in_jis;
-    if (is_certain) codes[unit] = code;
+    if (is_certain) codes_[unit] = code;
   }
 
   static std::string encode(UConverter* converter, const std::array<char16_t, 3>& units) {
@@ -83,7 +83,7 @@ class Codes {
     return U_SUCCESS(status) ? std::string(bytes, static_cast<size_t>(size)) : std::string();
   }
 
-  std::vector<std::uint16_t> codes;
+  std::vector<std::uint16_t> codes_;
 };
 
 const Codes& get_codes() {
@@ -97,21 +97,21 @@ unsigned char* put(unsigned char* out, std::string_view text) {
 
 class Iso2022JpPieces final : public Pieces {
  public:
-  Iso2022JpPieces(i18n::ConverterPtr from_charset, Bytes text)
-      : reader(std::move(from_charset), text), expected_size(text.size() + text.size() / 8) {}
+  Iso2022JpPieces(i18n::ConverterPtr from, Bytes text)
+      : reader_(std::move(from), text), expected_size_(text.size() + text.size() / 8) {}
 
   Bytes next() override {
-    unsigned char* out = bytes;
-    while (out == bytes && !reader.has_read_all()) {
-      out = write(out, reader.read());
-      failed = out == nullptr || reader.has_failed();
-      if (failed) return {};
-      if (reader.has_read_all() && is_in_jis) out = put(out, to_ascii);
+    unsigned char* out = bytes_;
+    while (out == bytes_ && !reader_.has_read_all()) {
+      out = write(out, reader_.read());
+      failed_ = out == nullptr || reader_.has_failed();
+      if (failed_) return {};
+      if (reader_.has_read_all() && is_in_jis_) out = put(out, to_ascii);
     }
-    return {bytes, out};
+    return {bytes_, out};
   }
-  bool has_failed() const override { return failed; }
-  size_t get_expected_size() const override { return expected_size; }
+  bool has_failed() const override { return failed_; }
+  size_t get_expected_size() const override { return expected_size_; }
 
  private:
   // An escape sequence and a character of two bytes for each unit, and a sequence at the end.
@@ -121,23 +121,23 @@ class Iso2022JpPieces final : public Pieces {
   // Null when there is no code for a unit.
   unsigned char* write(unsigned char* out, std::u16string_view units) {
     for (const char16_t unit : units) {
-      const std::uint16_t code = codes[unit];
+      const std::uint16_t code = codes_[unit];
       if (code == 0) return nullptr;
       const bool is_jis = Codes::is_jis(code);
-      if (is_jis != is_in_jis) out = put(out, is_jis ? to_jis : to_ascii);
-      is_in_jis = is_jis;
+      if (is_jis != is_in_jis_) out = put(out, is_jis ? to_jis : to_ascii);
+      is_in_jis_ = is_jis;
       if (is_jis) *out++ = static_cast<unsigned char>(code >> 8);
       *out++ = static_cast<unsigned char>(code & 0xff);
     }
     return out;
   }
 
-  const Codes& codes = get_codes();
-  UnitReader reader;
-  size_t expected_size;
-  bool is_in_jis = false;  // the text written so far ends shifted
-  bool failed = false;
-  unsigned char bytes[byte_count];
+  const Codes& codes_ = get_codes();
+  UnitReader reader_;
+  size_t expected_size_;
+  bool is_in_jis_ = false;  // the text written so far ends shifted
+  bool failed_ = false;
+  unsigned char bytes_[byte_count];
 };
 
 bool is_iso_2022_jp(const UConverter* converter) {

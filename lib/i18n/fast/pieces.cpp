@@ -19,36 +19,37 @@ class DirectPieces final : public Pieces {
   using Convert = unsigned char* (*)(unsigned char* out, Bytes text);
 
   // No byte gives more than two.
-  DirectPieces(Convert function, Bytes source, size_t converted_size)
-      : convert(function), text(source), size(converted_size) {}
+  DirectPieces(Convert convert, Bytes text, size_t size)
+      : convert_(convert), text_(text), size_(size) {}
 
   Bytes next() override {
-    const Bytes piece = text.first(get_piece_size());
-    unsigned char* const end = convert(converted, piece);
-    failed = end == nullptr;
-    if (failed) return {};
-    text = text.subspan(piece.size());
-    return {converted, end};
+    const Bytes piece = text_.first(get_piece_size());
+    unsigned char* const end = convert_(converted_, piece);
+    failed_ = end == nullptr;
+    if (failed_) return {};
+    text_ = text_.subspan(piece.size());
+    return {converted_, end};
   }
-  bool has_failed() const override { return failed; }
-  size_t get_expected_size() const override { return size; }
+  bool has_failed() const override { return failed_; }
+  size_t get_expected_size() const override { return size_; }
 
  private:
   static constexpr size_t most_bytes = 1024;
 
   // Characters are not cut; text in other charsets than UTF-8 can get shorter pieces for that.
   size_t get_piece_size() const {
-    if (text.size() <= most_bytes) return text.size();
+    if (text_.size() <= most_bytes) return text_.size();
     size_t piece_size = most_bytes;
-    while (piece_size > most_bytes - 3 && text::continues_character(text[piece_size])) --piece_size;
+    while (piece_size > most_bytes - 3 && text::continues_character(text_[piece_size]))
+      --piece_size;
     return piece_size;
   }
 
-  Convert convert;
-  Bytes text;
-  size_t size;
-  bool failed = false;
-  unsigned char converted[2 * most_bytes + text::copy_slack];
+  Convert convert_;
+  Bytes text_;
+  size_t size_;
+  bool failed_ = false;
+  unsigned char converted_[2 * most_bytes + text::copy_slack];
 };
 
 enum class Kind { kUtf8, kLatin1, kAscii, kOther };

@@ -30,14 +30,14 @@ class Pieces {
 // The text as it is: the charsets are the same, or it is ASCII and both have that.
 class WholeText final : public Pieces {
  public:
-  explicit WholeText(Bytes converted) : text(converted) {}
+  explicit WholeText(Bytes text) : text_(text) {}
 
-  Bytes next() override { return std::exchange(text, {}); }
+  Bytes next() override { return std::exchange(text_, {}); }
   bool has_failed() const override { return false; }
-  size_t get_expected_size() const override { return text.size(); }
+  size_t get_expected_size() const override { return text_.size(); }
 
  private:
-  Bytes text;
+  Bytes text_;
 };
 
 // For names that differ. Null when the fast road does not go from one of these charsets to the

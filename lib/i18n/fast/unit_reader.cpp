@@ -21,25 +21,25 @@ bool is_independent(const UConverter* converter) {
   }
 }
 
-UnitReader::UnitReader(i18n::ConverterPtr from_charset, Bytes text)
-    : converter(std::move(from_charset)),
-      source(reinterpret_cast<const char*>(text.data())),
-      source_end(source + text.size()) {
-  i18n::make_strict(converter.get());
+UnitReader::UnitReader(i18n::ConverterPtr converter, Bytes text)
+    : converter_(std::move(converter)),
+      source_(reinterpret_cast<const char*>(text.data())),
+      source_end_(source_ + text.size()) {
+  i18n::make_strict(converter_.get());
 }
 
 std::u16string_view UnitReader::read() {
   constexpr std::ptrdiff_t most_at_once = 0x3fffffff;  // more than this ICU refuses
-  const char* const limit = source + std::min(source_end - source, most_at_once);
-  const bool is_last = limit == source_end;
+  const char* const limit = source_ + std::min(source_end_ - source_, most_at_once);
+  const bool is_last = limit == source_end_;
   UErrorCode status = U_ZERO_ERROR;
-  char16_t* target = units;
-  ucnv_toUnicode(converter.get(), &target, units + unit_count, &source, limit, nullptr,
+  char16_t* target = units_;
+  ucnv_toUnicode(converter_.get(), &target, units_ + unit_count, &source_, limit, nullptr,
                  static_cast<UBool>(is_last), &status);
   const bool is_full = status == U_BUFFER_OVERFLOW_ERROR;
-  failed = U_FAILURE(status) && !is_full;
-  is_at_end = is_last && !is_full;
-  return {units, static_cast<size_t>(target - units)};
+  failed_ = U_FAILURE(status) && !is_full;
+  is_at_end_ = is_last && !is_full;
+  return {units_, static_cast<size_t>(target - units_)};
 }
 
 }  // namespace fast

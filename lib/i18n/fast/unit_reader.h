@@ -19,22 +19,22 @@ bool is_independent(const UConverter* converter);
 
 class UnitReader {
  public:
-  UnitReader(i18n::ConverterPtr from_charset, Bytes text);
+  UnitReader(i18n::ConverterPtr converter, Bytes text);
 
   // The next units, valid until the next call; in between there can be none.
   std::u16string_view read();
-  bool has_read_all() const { return is_at_end; }
-  bool has_failed() const { return failed; }
+  bool has_read_all() const { return is_at_end_; }
+  bool has_failed() const { return failed_; }
 
   static constexpr size_t unit_count = 1024;
 
  private:
-  i18n::ConverterPtr converter;
-  const char* source;
-  const char* source_end;
-  bool is_at_end = false;
-  bool failed = false;
-  char16_t units[unit_count];
+  i18n::ConverterPtr converter_;
+  const char* source_;
+  const char* source_end_;
+  bool is_at_end_ = false;
+  bool failed_ = false;
+  char16_t units_[unit_count];
 };
 
 }  // namespace fast
