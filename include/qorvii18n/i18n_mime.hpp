@@ -154,7 +154,7 @@ class QORVII18N_EXPORT QPBodyEncoder : public GenericEncoder, private QPBodyEnco
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  i18n::LineCycle line_cycle;
+  i18n::LineCycle line_cycle_;
 };
 
 /// Base64 body text. The result does not depend on where the chunks were cut.
@@ -174,9 +174,9 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  i18n::LineCycle line_cycle;
+  i18n::LineCycle line_cycle_;
   char carry[3];  // a group that is not full yet
-  int carry_size;
+  int carry_size_;
 };
 
 /// "Q" encoded words. A word grows until the next character of the chunk does not fit; chunk
@@ -197,7 +197,7 @@ class QORVII18N_EXPORT QPHeaderEncoder : public GenericEncoder, private QPHeader
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  HeaderLineCycle line_cycle;
+  HeaderLineCycle line_cycle_;
 };
 
 /// "B" encoded words, one for each chunk: a chunk longer than get_limit_byte_size() gives a word
@@ -218,7 +218,7 @@ class QORVII18N_EXPORT B64HeaderEncoder : public GenericEncoder {
   i18n_mime_encoding_t get_encoding_type() const override;
 
  private:
-  HeaderLineCycle line_cycle;
+  HeaderLineCycle line_cycle_;
 };
 
 }  // namespace i18n_mime

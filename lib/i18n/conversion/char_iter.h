@@ -18,22 +18,23 @@ class CharIter;
 template <>
 class CharIter<char> final : public ChunkIter<std::string_view> {
  public:
-  explicit CharIter(const StrWithOffsets<char>& text) : position(0), converted(text) {}
+  explicit CharIter(const StrWithOffsets<char>& text) : position_(0), converted_(text) {}
 
-  bool has_next_chunk() override { return position < converted.text.size(); }
+  bool has_next_chunk() override { return position_ < converted_.text.size(); }
 
   void next_chunk() override {
-    size_t end = position;
-    while (end < converted.text.size() && converted.offsets[end] == converted.offsets[position]) {
+    size_t end = position_;
+    while (end < converted_.text.size() &&
+           converted_.offsets[end] == converted_.offsets[position_]) {
       ++end;
     }
-    chunk = converted.text.substr(position, end - position);
-    position = end;
+    chunk = converted_.text.substr(position_, end - position_);
+    position_ = end;
   }
 
  private:
-  size_t position;
-  StrWithOffsets<char> converted;
+  size_t position_;
+  StrWithOffsets<char> converted_;
 };
 
 }  // namespace i18n

@@ -10,9 +10,9 @@ TrivialIter::TrivialIter(int max_chunk_bytes)
 TrivialIter::~TrivialIter() = default;
 
 void TrivialIter::borrow_in_str(std::string_view input) {
-  rest = input;
+  rest_ = input;
   chunk_max = limit =
-      static_cast<std::int32_t>(std::min(rest.size(), static_cast<size_t>(max_chunk)));
+      static_cast<std::int32_t>(std::min(rest_.size(), static_cast<size_t>(max_chunk)));
 }
 
 void TrivialIter::set_limit_byte_size(int n) {
@@ -20,11 +20,11 @@ void TrivialIter::set_limit_byte_size(int n) {
 }
 
 void TrivialIter::next_chunk() {
-  chunk = rest.substr(0, static_cast<size_t>(limit));
-  rest.remove_prefix(chunk.size());
+  chunk = rest_.substr(0, static_cast<size_t>(limit));
+  rest_.remove_prefix(chunk.size());
 }
 
-bool TrivialIter::has_next_chunk() { return !rest.empty(); }
+bool TrivialIter::has_next_chunk() { return !rest_.empty(); }
 
 CharIter<char> TrivialIter::get_char_iter() { return CharIter<char>({}); }
 

@@ -20,7 +20,7 @@ class TrivialIter : public CharsetToCharsetIterPrototype {
   void borrow_in_str(std::string_view input) override;
 
  private:
-  std::string_view rest;  // of the input
+  std::string_view rest_;  // of the input
   std::int32_t max_chunk;
   std::int32_t chunk_max;  // the smaller of max_chunk and the input's size
   std::int32_t limit;      // bytes per chunk

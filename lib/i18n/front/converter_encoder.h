@@ -39,8 +39,8 @@ class ConverterEncoder : public Processor {
   }
 
   void process() override {
-    if (is_error() || is_processed || !limit_chunks()) return;
-    is_processed = true;
+    if (is_error() || is_processed_ || !limit_chunks()) return;
+    is_processed_ = true;
     do {
       iter->next_chunk();
       encoder->encode(*iter, buffer);
@@ -76,7 +76,7 @@ class ConverterEncoder : public Processor {
 
   static constexpr int no_limit = -1;
 
-  bool is_processed = false;
+  bool is_processed_ = false;
 };
 
 // One whose encoder is known from the start.

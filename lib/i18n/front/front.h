@@ -34,12 +34,12 @@ template <class ConvEncoder>
 class PlainConverterEncoder : public Duplicator {
  public:
   PlainConverterEncoder(const char* from, const char* to)
-      : converter_encoder(from, to, i18n::chunk_bytes) {}
+      : converter_encoder_(from, to, i18n::chunk_bytes) {}
 
  private:
-  i18n_mime::Processor* get_processor() override { return &converter_encoder; }
+  i18n_mime::Processor* get_processor() override { return &converter_encoder_; }
 
-  ConvEncoder converter_encoder;
+  ConvEncoder converter_encoder_;
 };
 
 // The encoding is given. The charsets are ICU's default and the mail charset that the finder has
@@ -50,17 +50,17 @@ class EasyEncoder : public Duplicator, public Finder {
   // to_charset_out receives the mail charset's name, which belongs to the finder's table.
   explicit EasyEncoder(const char** to_charset_out = nullptr) : Finder(nullptr) {
     if (this->to_charset != nullptr) {
-      converter_encoder.emplace(this->from_charset, this->to_charset, i18n::chunk_bytes);
+      converter_encoder_.emplace(this->from_charset, this->to_charset, i18n::chunk_bytes);
     }
     if (to_charset_out != nullptr) *to_charset_out = this->to_charset;
   }
 
  private:
   i18n_mime::Processor* get_processor() override {
-    return converter_encoder ? &*converter_encoder : nullptr;
+    return converter_encoder_ ? &*converter_encoder_ : nullptr;
   }
 
-  std::optional<ConvEncoder> converter_encoder;
+  std::optional<ConvEncoder> converter_encoder_;
 };
 
 // The encoding is chosen. The source charset is the one given or else ICU's default, the target the

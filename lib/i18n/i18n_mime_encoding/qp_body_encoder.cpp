@@ -9,7 +9,7 @@ namespace i18n_mime {
 
 QPBodyEncoder::QPBodyEncoder(const char* charset_name)
     : GenericEncoder(charset_name),
-      line_cycle(max_body_line, nullptr, soft_break_mark, body_line_break) {}
+      line_cycle_(max_body_line, nullptr, soft_break_mark, body_line_break) {}
 QPBodyEncoder::QPBodyEncoder(const QPBodyEncoder& other) = default;
 QPBodyEncoder::QPBodyEncoder(QPBodyEncoder&& other) = default;
 QPBodyEncoder& QPBodyEncoder::operator=(const QPBodyEncoder& other) = default;
@@ -19,7 +19,7 @@ QPBodyEncoder::~QPBodyEncoder() = default;
 void QPBodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                            i18n::StringBuffer<char>& buffer) {
   for (const char byte : iter.get_chunk()) {
-    line_cycle.move_line(buffer, get_form_size(table, byte));
+    line_cycle_.move_line(buffer, get_form_size(table, byte));
     append_form(buffer, table, byte);
   }
 }
@@ -34,7 +34,7 @@ void QPBodyEncoder::complete(i18n::StringBuffer<char>& buffer) {
     return;
   }
   // The blank that was taken back still counts on its line.
-  line_cycle.move_line(buffer, escape_size);
+  line_cycle_.move_line(buffer, escape_size);
   append_escape(buffer, byte);
 }
 
