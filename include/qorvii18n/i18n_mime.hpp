@@ -175,7 +175,7 @@ class QORVII18N_EXPORT B64BodyEncoder : public GenericEncoder {
 
  private:
   i18n::LineCycle line_cycle_;
-  char carry[3];  // a group that is not full yet
+  char carry_[3];  // a group that is not full yet
   int carry_size_;
 };
 

@@ -10,7 +10,7 @@ namespace i18n_mime {
 B64BodyEncoder::B64BodyEncoder(const char* charset_name)
     : GenericEncoder(charset_name),
       line_cycle_(max_body_line, nullptr, nullptr, body_line_break),
-      carry{},
+      carry_{},
       carry_size_(0) {}
 B64BodyEncoder::B64BodyEncoder(const B64BodyEncoder& other) = default;
 B64BodyEncoder::B64BodyEncoder(B64BodyEncoder&& other) = default;
@@ -21,10 +21,10 @@ B64BodyEncoder::~B64BodyEncoder() = default;
 void B64BodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
                             i18n::StringBuffer<char>& buffer) {
   for (const char byte : iter.get_chunk()) {
-    carry[carry_size_++] = byte;
+    carry_[carry_size_++] = byte;
     if (carry_size_ < group_bytes) continue;
     line_cycle_.move_line(buffer, group_chars);
-    append_base64(buffer, {carry, group_bytes});
+    append_base64(buffer, {carry_, group_bytes});
     carry_size_ = 0;
   }
 }
@@ -32,7 +32,7 @@ void B64BodyEncoder::encode(i18n::CharsetToCharsetIterPrototype& iter,
 void B64BodyEncoder::complete(i18n::StringBuffer<char>& buffer) {
   if (carry_size_ == 0) return;
   line_cycle_.move_line(buffer, group_chars);
-  append_base64(buffer, {carry, static_cast<size_t>(carry_size_)});
+  append_base64(buffer, {carry_, static_cast<size_t>(carry_size_)});
   carry_size_ = 0;
 }
 
