@@ -45,17 +45,11 @@ template <class FromIter>
 void CharsetToCharsetChunkIter<FromIter>::fetch_unicode() {
   to_unicode.next_chunk();
   if (to_unicode.is_error()) {
-    report_input_failure();
+    to_unicode.report_failure();
     set_error();
   }
   from_unicode->set_flush(!to_unicode.has_next_chunk());
   from_unicode->borrow_in_str(to_unicode.get_chunk().text);
-}
-
-template <class FromIter>
-void CharsetToCharsetChunkIter<FromIter>::report_input_failure() const {
-  print_message(Message::kCannotConvertInput, hex_dump(to_unicode.get_error_bytes(5)).c_str(),
-                printable_position(to_unicode.get_error_position()));
 }
 
 template <class FromIter>

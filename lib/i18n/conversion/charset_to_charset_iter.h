@@ -50,7 +50,6 @@ class CharsetToCharsetChunkIter : public CharsetToCharsetIterPrototype,
 
  private:
   void fetch_unicode();
-  void report_input_failure() const;
   void report_target_failure();
 
   // Destroyed from the last to the first.

@@ -138,7 +138,10 @@ void ToUnicodeIter::ucnv_convert() {
   ucnv_toUnicode(converter.get(), &target, target_limit, &source, source_limit, offsets_target,
                  is_last_call(), &code);
   status = code;
-  if (ucnv_is_ok() || !report_errors) return;
+  if (!ucnv_is_ok() && report_errors) report_failure();
+}
+
+void ToUnicodeIter::report_failure() const {
   print_message(Message::kCannotConvertInput, hex_dump(get_error_bytes(5)).c_str(),
                 printable_position(get_error_position()));
 }

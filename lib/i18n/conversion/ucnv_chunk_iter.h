@@ -101,6 +101,7 @@ class ToUnicodeIter : public UcnvChunkIter<char, char16_t> {
 
   // n input bytes from the error position on, fewer at the end of the input.
   std::string get_error_bytes(int n) const { return get_units(get_error_position(), n); }
+  void report_failure() const;
 };
 
 // UTF-16 to bytes of a charset.
