@@ -34,12 +34,6 @@ char* put_group(char* out, unsigned b0, unsigned b1, unsigned b2) {
   return put_pair(out, (b1 & 15) << 8 | b2);
 }
 
-char* put_line_break(char* out) {
-  *out++ = '\r';
-  *out++ = '\n';
-  return out;
-}
-
 }  // namespace
 
 char* put_base64(char* out, const unsigned char* bytes, size_t size) {
@@ -62,7 +56,7 @@ char* put_base64_lines(char* out, const unsigned char* bytes, size_t size, size_
   // A whole line has a break behind it only where more follows.
   const size_t broken = size == 0 ? 0 : (size - 1) / line_bytes * line_bytes;
   size_t done = has_avx2() ? put_base64_lines_avx2(out, bytes, broken, line_bytes) : 0;
-  out += base64_lines_size(done, line_chars) + (done == 0 ? 0 : 2);
+  out += base64_lines_size(done, line_chars) + (done == 0 ? 0 : line_break_size);
   for (; done != broken; done += line_bytes) {
     out = put_line_break(put_base64(out, bytes + done, line_bytes));
   }

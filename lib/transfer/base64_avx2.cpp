@@ -86,9 +86,7 @@ AVX2 size_t put_base64_lines_avx2(char* out, const unsigned char* bytes, size_t 
     put_first_block(out, line);
     put_later_block(out + block_chars, line + block_bytes);
     put_later_block(out + line_chars - block_chars, line + line_bytes - block_bytes);
-    out += line_chars;
-    *out++ = '\r';
-    *out++ = '\n';
+    out = put_line_break(out + line_chars);
   }
   return done;
 }
