@@ -88,6 +88,25 @@ TEST(IconvEasy, HasRoomForAUnitAByteAndFourBytesAUnit) {
   EXPECT_EQ(convert("UTF-8", "\u65e5", "ISO-2022-JP"), Conversion(0, unset, "\x1b$BF|\x1b(B"));
 }
 
+// Both were read before they were refused: the one by every conversion, the other by the direct
+// one.
+TEST(Iconv, RefusesAnInputThatIsNullOrLongerThanIcuTakes) {
+  i18n_charset_t* utf8 = i18n_charset_open("UTF-8");
+  for (const char* to : {"UTF-8", "ISO-8859-1", "Shift_JIS"}) {
+    i18n_charset_t* target = i18n_charset_open(to);
+    EXPECT_EQ(i18n_iconv_easy(utf8, nullptr, 1, target, nullptr, nullptr), nullptr) << to;
+    EXPECT_STREQ(take(i18n_iconv_easy(utf8, nullptr, 0, target, nullptr, nullptr)).c_str(), "");
+    const std::pair<const char*, size_t> inputs[] = {
+        {nullptr, 1}, {"abcd", size_t{1} << 31}, {"abcd", static_cast<size_t>(-1)}};
+    for (const auto& [input, size] : inputs) {
+      char* output = nullptr;
+      size_t position = unset, length = unset;
+      EXPECT_EQ(i18n_iconv_easy_ex(utf8, input, size, &position, target, &output, &length), -3);
+      EXPECT_TRUE(output == nullptr && length == 0 && position == 0) << to << ' ' << size;
+    }
+  }
+}
+
 TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
   const std::tuple<const char*, const char*, std::string, size_t, Conversion> cases[] = {
       {"UTF-8", "ISO-8859-1", "Gr\u00f6\u00dfe", 0, {0, unset, "Gr\366\337e"}},

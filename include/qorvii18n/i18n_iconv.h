@@ -69,7 +69,8 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 /// @param from  The charset of the input.
 /// @param input  The text. It may have one UTF-16 unit for each of its bytes; a longer one, which
 /// SCSU can make, is a failure.
-/// @param input_length  Its length. A negative one is a failure.
+/// @param input_length  Its length. A negative one is a failure, and so is a null input of any
+/// length but 0.
 /// @param to  The charset of the output.
 /// @param output  A buffer for the result; null to have one allocated, with room for four bytes per
 /// UTF-16 unit of the text and a NUL. A longer result is a failure then, which charsets that shift
@@ -90,7 +91,8 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 /// continues from (i18n_iconv_easy() resets them).
 /// @param from  The charset of the input.
 /// @param input  The text.
-/// @param input_length  Its length.
+/// @param input_length  Its length. More than 2,147,483,647 bytes, and a null input of any length
+/// but 0, give -3 at position 0.
 /// @param error_position  Receives the position after a failure, and is left alone on 0. Not null.
 /// @param to  The charset of the output.
 /// @param output  If *output is null, a buffer is allocated and stored there once the input has

@@ -64,7 +64,7 @@ int32_t clamp_to_int(int64_t value) {
 
 char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_length,
                       const i18n_charset_t* to, char* output, int64_t* output_length) {
-  if (input_length < 0) return nullptr;
+  if (input_length < 0 || (input == nullptr && input_length > 0)) return nullptr;
   const std::string_view bytes(input, static_cast<size_t>(input_length));
   if (output == nullptr) {
     size_t length;

@@ -19,7 +19,8 @@ namespace {
 using i18n::Progress;
 using Offsets = std::vector<int32_t>;
 
-// ICU takes no longer targets than these.
+// ICU takes no longer input and targets than these.
+constexpr size_t max_input_bytes = 0x7fffffff;
 constexpr size_t max_target_bytes = 0x7fffffff;
 constexpr size_t max_target_units = 0x3fffffff;
 
@@ -169,6 +170,10 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   const bool is_callers = *output != nullptr;
   size_t capacity = is_callers ? std::min(*output_length, max_target_bytes) : 0;
   *output_length = 0;
+  if (input_length > max_input_bytes || (input == nullptr && input_length > 0)) {
+    *error_position = 0;
+    return kInvalidInput;
+  }
   const std::string_view bytes(input, input_length);
   if (!is_callers) {
     i18n::CString result = i18n::convert_directly(*from, bytes, *to, bytes_per_unit, output_length);
