@@ -1,17 +1,19 @@
-// First use: in many threads at once, and when ICU does not do its part. Each test needs a process
-// in which the library has not been used yet.
+// First use, in many threads at once and when ICU does not do its part, and last use, at the end of
+// a process. Each test needs a process in which the library has not been used yet.
 #include <qorvii18n/i18n_mail.h>
 #include <qorvii18n/i18n_mime.h>
 #include <sys/wait.h>
 #include <unicode/ucnv.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <latch>
 #include <thread>
 
+#include "support/calls.h"
 #include "support/testing.h"
 
 namespace {
@@ -20,12 +22,12 @@ bool counting_fails;
 int failing_alias = -1;
 
 // What fails in there fails here.
-void run_in_new_process(const std::function<void()>& test) {
+void run_in_new_process(const std::function<void()>& test, void (*finish)(int) = _exit) {
   std::fflush(nullptr);
   const pid_t child = fork();
   if (child == 0) {
     test();
-    _exit(testing::Test::HasFailure() ? 1 : 0);
+    finish(testing::Test::HasFailure() ? 1 : 0);
   }
   int status = -1;
   waitpid(child, &status, 0);
@@ -117,4 +119,62 @@ TEST(FirstUse, LeavesOutAnAliasThatIcuCannotTell) {
     }
     EXPECT_EQ(take_diagnostics(), "");
   });
+}
+
+// The libraries keep what they made until the process is gone.
+TEST(LastUse, MayBeInAStaticDestructorAndInAThreadThatGoesOn) {
+  struct AtExit {
+    ~AtExit() {
+      for (size_t i = 0; i < expected.size(); ++i) {
+        if (get_calls()[i].run() != expected[i]) _exit(2);
+      }
+    }
+    std::vector<std::string> expected;
+  };
+  const auto encode = [] {
+    const std::string text = repeat("\u65e5\u672c", 4000);
+    return take(i18n_mime_encode_qp(text.c_str(), "UTF-8", "ISO-2022-JP"));
+  };
+  for (int process = 0; process < 10; ++process) {
+    run_in_new_process(
+        [&] {
+          static AtExit last;  // destroyed after whatever is made from here on
+          for (const Call& call : get_calls()) last.expected.push_back(call.run());
+          std::latch started(1);
+          std::thread([&started, encode] {
+            const std::string first = encode();
+            started.count_down();
+            while (encode() == first) continue;
+            _exit(3);
+          }).detach();
+          started.wait();
+        },
+        std::exit);
+  }
+}
+
+// As much as the system lets a thread have, where no sanitizer takes its part of it.
+TEST(SmallStack, IsEnoughForEveryCall) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  constexpr size_t stack_size = size_t{1} << 18;
+#else
+  const size_t stack_size = PTHREAD_STACK_MIN;
+#endif
+  for (const Call& call : get_calls()) {
+    run_in_new_process([&call, stack_size] {
+      std::pair<const Call*, std::string> work = {&call, {}};
+      const auto run = [](void* argument) -> void* {
+        auto* const own = static_cast<std::pair<const Call*, std::string>*>(argument);
+        own->second = own->first->run();
+        return nullptr;
+      };
+      pthread_attr_t attributes;
+      pthread_attr_init(&attributes);
+      ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
+      pthread_t thread;
+      ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+      pthread_join(thread, nullptr);
+      EXPECT_EQ(work.second, call.run()) << call.name;
+    });
+  }
 }

@@ -54,7 +54,7 @@ class QuotedPrintableBody {
   static size_t get_size(size_t forms);
 
  private:
-  static constexpr size_t slice_size = 4096;
+  static constexpr size_t slice_size = 1024;  // an object has a place on stacks of 16 KiB
   static constexpr size_t mark_size = std::char_traits<char>::length(i18n_mime::soft_break_mark);
   static constexpr size_t later_room = later_line_size - mark_size;
 

@@ -86,8 +86,9 @@ class Codes {
   std::vector<std::uint16_t> codes_;
 };
 
+// Kept until the process is gone: destructors and threads may still encode while it ends.
 const Codes& get_codes() {
-  static const Codes codes;
+  static const Codes& codes = *new Codes;
   return codes;
 }
 
