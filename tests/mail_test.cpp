@@ -295,6 +295,9 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       {header("a\u200db", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 1}},
       {header("ab\uf861", nullptr, "x-mac-greek"), {I18N_MAIL_LACKING_CHARACTER, 0, 2}},
       {text_part("\r\r\n\u00fc\u20ac", nullptr, "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 5}},
+      // for each euro sign, ICU writes two offsets
+      {header(repeat("\x1b\x65", 650) + "\r", "gsm-03.38-2009"),
+          {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1300}},
       // after any escape sequence
       {header("a\x1b$BF|K\\", "ISO-2022-JP", "latin1"), {I18N_MAIL_LACKING_CHARACTER, 0, 4}},
   };

@@ -36,9 +36,12 @@ template <class Function, class In, class Out>
 Outcome convert(Function function, UConverter* converter, std::basic_string_view<In> input,
                 std::basic_string<Out>& output, std::vector<size_t>* offsets) {
   constexpr size_t piece_size = size_t{1} << 24;  // ICU takes no more than 2^29 at once
-  constexpr size_t room = 1024;
-  Out buffer[room];
-  int32_t starts[room];
+  constexpr size_t most = 1024;
+  Out buffer[most];
+  // GSM 03.38 has two entries written for some units, which puts those of later units out of place:
+  // so units are asked for one by one where entries are.
+  const size_t room = offsets != nullptr ? 1 : most;
+  int32_t starts[64];
   const In* const begin = input.data();
   const In* const end = begin + input.size();
   const In* source = begin;
@@ -50,14 +53,15 @@ Outcome convert(Function function, UConverter* converter, std::basic_string_view
     const In* const piece = source;
     const In* const piece_end = piece + std::min<size_t>(end - piece, piece_size);
     Out* target = buffer;
+    starts[0] = -1;  // some converters leave entries unwritten
     status = U_ZERO_ERROR;
     function(converter, &target, buffer + room, &source, piece_end,
              offsets != nullptr ? starts : nullptr, piece_end == end, &status);
     const auto size = static_cast<size_t>(target - buffer);
     output.append(buffer, size);
-    for (size_t i = 0; offsets != nullptr && i < size; ++i) {
-      // A character that did not fit begins where the unit before it does.
-      if (starts[i] >= 0) last_start = static_cast<size_t>(piece - begin + starts[i]);
+    if (offsets != nullptr && size != 0) {
+      // A unit that did not fit begins where the one before it does.
+      if (starts[0] >= 0) last_start = static_cast<size_t>(piece - begin + starts[0]);
       offsets->push_back(last_start);
     }
     more = status == U_BUFFER_OVERFLOW_ERROR || (U_SUCCESS(status) && source != end);
