@@ -1,7 +1,9 @@
 // First use, in many threads at once and when ICU does not do its part, and last use, at the end of
 // a process. Each test needs a process in which the library has not been used yet.
+#include <qorvii18n/i18n_charset.h>
 #include <qorvii18n/i18n_mail.h>
 #include <qorvii18n/i18n_mime.h>
+#include <qorviks.h>
 #include <sys/wait.h>
 #include <unicode/ucnv.h>
 #include <unistd.h>
@@ -20,6 +22,8 @@ namespace {
 
 bool counting_fails;
 int failing_alias = -1;
+int lookups;
+std::function<void()> on_create, on_enter;  // a table, an entry
 
 // What fails in there fails here.
 void run_in_new_process(const std::function<void()>& test, void (*finish)(int) = _exit) {
@@ -74,6 +78,20 @@ const char* ucnv_getAlias(const char* alias, uint16_t n, UErrorCode* status) {
   return REAL(ucnv_getAlias)(alias, n, status);
 }
 
+hash_str_t* hash_str_create(int size, int value_size, int flags) {
+  if (on_create) on_create();
+  return REAL(hash_str_create)(size, value_size, flags);
+}
+int hash_str_enter(hash_str_t* table, const char* key, uint64_t* scratch, void*** slot) {
+  const int result = REAL(hash_str_enter)(table, key, scratch, slot);
+  if (on_enter) on_enter();
+  return result;
+}
+int hash_str_lookup(hash_str_t* table, const char* key, uint64_t* scratch, void*** slot) {
+  ++lookups;
+  return REAL(hash_str_lookup)(table, key, scratch, slot);
+}
+
 void use_at_once(std::string (*use)(), const char* expected) {
   for (int process = 0; process < 30; ++process) {
     run_in_new_process([=] {
@@ -118,6 +136,55 @@ TEST(FirstUse, LeavesOutAnAliasThatIcuCannotTell) {
       EXPECT_EQ(find_charset(name.c_str()), "ISO-2022-JP") << name;
     }
     EXPECT_EQ(take_diagnostics(), "");
+  });
+}
+
+TEST(NestedCall, SeesTheTablesOfMailCharsetsAsFarAsTheyAre) {
+  run_in_new_process([] {
+    int creations = 0, found = 0, entries = 0;
+    on_create = [&] {
+      lookups = 0;
+      EXPECT_EQ(find_charset("sjis"), "none");
+      EXPECT_EQ(lookups, creations++) << "in the first of two tables, once that is there";
+      EXPECT_EQ(take(i18n_mime_encode_header("a", "sjis", "UTF-8", 0)), "=?UTF-8?B?YQ==?=");
+    };
+    on_enter = [&] {
+      ++entries;
+      found += find_charset("sjis") == "ISO-2022-JP";
+    };
+    EXPECT_EQ(encode_all(), encoded);
+    EXPECT_EQ(creations, 2);
+    EXPECT_TRUE(0 < found && found < entries) << found << " of " << entries;
+  });
+}
+
+TEST(NestedCall, MayThrowAndTheNextCallTriesAgain) {
+  run_in_new_process([] {
+    int entries = 0;
+    on_enter = [&] {
+      if (++entries == 3) throw std::runtime_error("a service");
+    };
+    EXPECT_THROW(find_charset("sjis"), std::runtime_error);
+    EXPECT_EQ(encode_all(), encoded);
+    EXPECT_THROW((entries = 0, i18n_charset_open_all()), std::runtime_error);
+    i18n_charset_t** const all = i18n_charset_open_all();
+    EXPECT_EQ(std::find(all, all + ucnv_countAvailable(), nullptr), all + ucnv_countAvailable());
+  });
+}
+
+TEST(NestedCall, GetsTheListOfAllCharsetsAsFarAsItIs) {
+  run_in_new_process([] {
+    std::vector<i18n_charset_t**> lists;
+    std::vector<int> filled;
+    on_enter = [&] {
+      lists.push_back(i18n_charset_open_all());
+      filled.push_back(
+          static_cast<int>(std::find(lists.back(), lists.back() + 50, nullptr) - lists.back()));
+    };
+    i18n_charset_t** const all = i18n_charset_open_all();
+    EXPECT_EQ(lists, std::vector(lists.size(), all));
+    EXPECT_TRUE(
+        filled.front() == 0 && filled.back() == 50 && std::is_sorted(filled.begin(), filled.end()));
   });
 }
 

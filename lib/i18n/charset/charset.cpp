@@ -101,9 +101,14 @@ i18n_charset_t** i18n_charset_open_all() {
   if (all_charsets != nullptr) return all_charsets;
   const int32_t count = std::max(ucnv_countAvailable(), 0);
   auto charsets = std::make_unique<i18n_charset_t*[]>(static_cast<size_t>(count) + 1);
-  for (int32_t i = 0; i < count; ++i) charsets[i] = i18n_charset_open(ucnv_getAvailableName(i));
-  all_charsets = charsets.release();
-  return all_charsets;
+  all_charsets = charsets.get();  // for calls that the kernel services make meanwhile, too
+  try {
+    for (int32_t i = 0; i < count; ++i) charsets[i] = i18n_charset_open(ucnv_getAvailableName(i));
+  } catch (...) {
+    all_charsets = nullptr;
+    throw;
+  }
+  return charsets.release();
 }
 
 const char* i18n_charset_get_name(const i18n_charset_t* charset) { return charset->name; }

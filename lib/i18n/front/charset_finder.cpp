@@ -1,5 +1,8 @@
 #include "front/charset_finder.h"
 
+#include <atomic>
+#include <mutex>
+
 #include <unicode/ucnv.h>
 
 #include "charset/diagnostics.h"
@@ -20,7 +23,9 @@ constexpr struct {
 hash_str_t* body_charsets;
 hash_str_t* header_charsets;
 
+// No table has nothing.
 const char* find_charset(hash_str_t* table, const char* normalised_name) {
+  if (table == nullptr) return nullptr;
   uint64_t scratch;
   void** slot = nullptr;
   hash_str_lookup(table, normalised_name, &scratch, &slot);
@@ -52,22 +57,38 @@ void add_charset_aliases(const char* charset, const char* value, hash_str_t* tab
 }
 
 // When memory runs out meanwhile, the next use goes on where this one stopped.
-bool make_tables() {
+void make_tables() {
   if (body_charsets == nullptr) body_charsets = hash_str_create(200, 8, 0);
   if (header_charsets == nullptr) header_charsets = hash_str_create(200, 8, 0);
   for (const auto& [source, body, header] : mail_charsets) {
     add_charset_aliases(source, body, body_charsets);
     add_charset_aliases(source, header, header_charsets);
   }
-  return true;
+}
+
+std::atomic<bool> has_tables;
+bool is_making_tables;  // on the thread that has the mutex
+
+std::recursive_mutex& get_mutex() {
+  static std::recursive_mutex& mutex = *new std::recursive_mutex;  // used until the process is gone
+  return mutex;
 }
 
 }  // namespace
 
+// Threads that come first at once wait for the one that makes the tables. A call that the kernel
+// services make on that thread meanwhile does without what is not there yet. After an exception the
+// next call tries again.
 void init_charset_tables() {
-  // Threads that come first at once wait for the one that makes the tables. After an exception the
-  // next call tries again.
-  [[maybe_unused]] static const bool has_tables = make_tables();
+  if (has_tables.load(std::memory_order_acquire)) return;
+  const std::lock_guard lock(get_mutex());
+  if (has_tables.load(std::memory_order_relaxed) || is_making_tables) return;
+  struct Making {
+    Making() { is_making_tables = true; }
+    ~Making() { is_making_tables = false; }
+  } const making;
+  make_tables();
+  has_tables.store(true, std::memory_order_release);
 }
 
 CharsetFinder::CharsetFinder(const char* from, Use use) : to_charset(nullptr) {
