@@ -1,5 +1,6 @@
 // Converter-encoders and the choice of an encoding, as the C functions use them.
 #include <limits>
+#include <stdexcept>
 
 #include "front/encoding_chooser.h"
 #include "support/testing.h"
@@ -36,6 +37,24 @@ TEST(ConverterEncoder, DestroysTheIteratorBeforeTheEncoder) {
   };
   { ConcreteConverterEncoder<Iter, Encoder> converter_encoder("UTF-8", "UTF-8", false, 256); }
   EXPECT_EQ(destroyed, "iterator encoder ");
+}
+
+// What was encoded before counted as the result afterwards.
+TEST(ConverterEncoder, IsInErrorAfterAnException) {
+  struct Encoder : QPBodyEncoder {
+    using QPBodyEncoder::QPBodyEncoder;
+    void encode(
+        i18n::CharsetToCharsetIterPrototype& iter, i18n::StringBuffer<char>& buffer) override {
+      if (++chunks == 2) throw std::runtime_error("a service");
+      QPBodyEncoder::encode(iter, buffer);
+    }
+    int chunks = 0;
+  };
+  ConcreteConverterEncoder<BodyIter, Encoder> converter_encoder("ISO-8859-1", "UTF-8", false, 256);
+  converter_encoder.set_in_str(x(1000));
+  EXPECT_THROW(take(converter_encoder.get_result()), std::runtime_error);
+  EXPECT_TRUE(converter_encoder.is_error());
+  EXPECT_EQ(converter_encoder.get_result(), nullptr);
 }
 
 TEST(ChooseEncoding, IsQuotedPrintableBelowTheThresholdOnly) {

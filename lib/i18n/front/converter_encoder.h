@@ -39,7 +39,22 @@ class ConverterEncoder : public Processor {
   }
 
   void process() override {
-    if (is_error() || is_processed_ || !limit_chunks()) return;
+    if (is_error() || is_processed_) return;
+    attempt([this] {
+      if (limit_chunks()) encode_chunks();
+    });
+  }
+
+  // Null when no encoder was made.
+  const GenericEncoder* get_encoder() const { return encoder.get(); }
+
+ protected:
+  // Destroyed from the last to the first, and the buffer after them.
+  std::unique_ptr<GenericEncoder> encoder;
+  std::unique_ptr<i18n::CharsetToCharsetIterPrototype> iter;
+
+ private:
+  void encode_chunks() {
     is_processed_ = true;
     do {
       iter->next_chunk();
@@ -52,15 +67,6 @@ class ConverterEncoder : public Processor {
     encoder->complete(buffer);
   }
 
-  // Null when no encoder was made.
-  const GenericEncoder* get_encoder() const { return encoder.get(); }
-
- protected:
-  // Destroyed from the last to the first, and the buffer after them.
-  std::unique_ptr<GenericEncoder> encoder;
-  std::unique_ptr<i18n::CharsetToCharsetIterPrototype> iter;
-
- private:
   // An encoder whose words have no room for any text would never get to the end of it.
   bool limit_chunks() {
     const int limit = encoder->get_limit_byte_size();

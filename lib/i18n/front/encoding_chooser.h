@@ -34,16 +34,20 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
 
   void borrow_in_str(std::string_view input) override {
     if (this->is_error()) return;
+    this->attempt([this, input] { choose_encoder(input); });
+    ConverterEncoder<Iter>::borrow_in_str(input);
+  }
+
+ private:
+  void choose_encoder(std::string_view input) {
     const size_t marked = count_marked(this->table, input);
     if (choose_encoding(marked, input.size(), qp_threshold) == I18N_MIME_QP) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
       this->encoder = std::make_unique<B64Encoder>(to_charset.c_str());
     }
-    ConverterEncoder<Iter>::borrow_in_str(input);
   }
 
- private:
   double qp_threshold;
   std::string to_charset;  // the encoder borrows it
 };

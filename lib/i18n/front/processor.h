@@ -32,6 +32,17 @@ class Processor : public i18n::InStrKeeper<char>, public i18n::Error {
  protected:
   Processor();
 
+  // An exception sets the error on its way out: what was done so far is no result.
+  template <class Work>
+  void attempt(Work work) {
+    try {
+      work();
+    } catch (...) {
+      set_error();
+      throw;
+    }
+  }
+
   i18n::StringBuffer<char> buffer;
 };
 
