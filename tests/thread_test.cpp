@@ -23,7 +23,7 @@ namespace {
 bool counting_fails;
 int failing_alias = -1;
 int lookups;
-std::function<void()> on_create, on_enter;  // a table, an entry
+std::function<void()> on_create, on_enter, on_open;  // a table, an entry, a converter
 
 // What fails in there fails here.
 void run_in_new_process(const std::function<void()>& test, void (*finish)(int) = _exit) {
@@ -76,6 +76,11 @@ uint16_t ucnv_countAliases(const char* alias, UErrorCode* status) {
 const char* ucnv_getAlias(const char* alias, uint16_t n, UErrorCode* status) {
   if (n == failing_alias) *status = U_INTERNAL_PROGRAM_ERROR;
   return REAL(ucnv_getAlias)(alias, n, status);
+}
+
+UConverter* ucnv_open(const char* name, UErrorCode* status) {
+  if (on_open) on_open();
+  return REAL(ucnv_open)(name, status);
 }
 
 hash_str_t* hash_str_create(int size, int value_size, int flags) {
@@ -155,6 +160,25 @@ TEST(NestedCall, SeesTheTablesOfMailCharsetsAsFarAsTheyAre) {
     EXPECT_EQ(encode_all(), encoded);
     EXPECT_EQ(creations, 2);
     EXPECT_TRUE(0 < found && found < entries) << found << " of " << entries;
+  });
+}
+
+// The name of the mail charset is stored once the chooser has its converters.
+TEST(NestedCall, SeesNoTargetBeforeThereIsAChooser) {
+  run_in_new_process([] {
+    char* target = nullptr;
+    int opened = 0;
+    on_open = [&] {
+      ++opened;
+      EXPECT_EQ(target, nullptr);
+    };
+    for (const char* to : {"no-such", "SCSU"}) {
+      target = nullptr;
+      opened = 0;
+      take(i18n_mime_encode("a", "KOI8-R", to, 0, nullptr, &target));
+      EXPECT_GT(opened, 1) << to;
+      EXPECT_EQ(take(target), to);
+    }
   });
 }
 

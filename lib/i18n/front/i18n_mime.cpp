@@ -31,17 +31,36 @@ struct Counted : QPTable {
   size_t count(std::string_view text) const { return i18n_mime::count_marked(this->table, text); }
 };
 
+// Null and no charset give no copy and an empty name.
+void store_name(const char* charset, char** out) {
+  if (out != nullptr) *out = i18n::copy_c_string(charset != nullptr ? charset : "").release();
+}
+
+// The target's name is stored before the encoding, whatever comes of that; on the exact road after
+// the chooser was made.
 template <class Chooser, class QPTable>
 char* encode_chosen(Form form, const char* str, const char* from_charset, const char* to_charset,
-                    double qp_threshold, i18n_mime_encoding_t* encoding_out) {
+                    double qp_threshold, i18n_mime_encoding_t* encoding_out,
+                    char** to_charset_out) {
   const std::string_view text = str;
   const size_t marked = Counted<QPTable>().count(text);
   const i18n_mime_encoding_t encoding =
       i18n_mime::choose_encoding(marked, text.size(), qp_threshold);
-  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset, marked}, text);
-  if (!result) return Chooser(from_charset, to_charset, qp_threshold, encoding_out).encode(str);
-  if (encoding_out != nullptr) *encoding_out = encoding;
-  return result.release();
+  i18n::CString result;
+  try {
+    result = fast::encode({form, encoding, from_charset, to_charset, marked}, text);
+  } catch (...) {
+    store_name(to_charset, to_charset_out);
+    throw;
+  }
+  if (result) {
+    store_name(to_charset, to_charset_out);
+    if (encoding_out != nullptr) *encoding_out = encoding;
+    return result.release();
+  }
+  Chooser chooser(from_charset, to_charset, qp_threshold, encoding_out);
+  store_name(to_charset, to_charset_out);
+  return chooser.encode(str);
 }
 
 template <class ConvEncoder>
@@ -82,11 +101,9 @@ char* i18n_mime_encode(const char* str, const char* from_charset, const char* to
                        char** to_charset_out) {
   const BodyCharsetFinder finder(from_charset);
   const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
-  if (to_charset_out != nullptr) {
-    *to_charset_out = i18n::copy_c_string(target != nullptr ? target : "").release();
-  }
   return encode_chosen<BodyChooser, i18n_mime::QPBodyEncodingTable>(
-      Form::kBody, str, finder.get_from_charset(), target, qp_threshold, encoding_out);
+      Form::kBody, str, finder.get_from_charset(), target, qp_threshold, encoding_out,
+      to_charset_out);
 }
 
 char* i18n_mime_encode_header(const char* str, const char* from_charset, const char* to_charset,
@@ -94,7 +111,7 @@ char* i18n_mime_encode_header(const char* str, const char* from_charset, const c
   const HeaderCharsetFinder finder(from_charset);
   const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
   return encode_chosen<HeaderChooser, i18n_mime::QPHeaderEncodingTable>(
-      Form::kHeader, str, finder.get_from_charset(), target, qp_threshold, nullptr);
+      Form::kHeader, str, finder.get_from_charset(), target, qp_threshold, nullptr, nullptr);
 }
 
 char* i18n_mime_easy_encode(const char* str, double qp_threshold,
