@@ -7,7 +7,7 @@
 #include <qorvii18n/i18n_mime.hpp>
 
 #include "fast/body.h"
-#include "fast/header.h"
+#include "fast/header_words.h"
 #include "fast/iso_2022_jp.h"
 #include "fast/pieces.h"
 

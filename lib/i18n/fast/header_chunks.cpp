@@ -1,9 +1,14 @@
 #include "fast/header_chunks.h"
-#include "text/unicode/utf8.h"
 
 #include <algorithm>
 
+#include "text/unicode/utf8.h"
+
 namespace fast {
+
+namespace {
+constexpr size_t pair_size = 4;  // of a character that is a pair of units
+}
 
 bool HeaderChunks::next() {
   if (!room_was_full_ && !fetch()) return false;
@@ -13,7 +18,6 @@ bool HeaderChunks::next() {
 }
 
 bool HeaderChunks::fetch() {
-  constexpr size_t pair_size = 4;
   begins_in_pair_ = splits_pair_;
   if (begins_in_pair_) fetched_ += pair_size;
   const size_t units = begins_in_pair_ ? units_at_once - 1 : units_at_once;
@@ -28,7 +32,6 @@ bool HeaderChunks::fetch() {
 }
 
 void HeaderChunks::write() {
-  constexpr size_t pair_size = 4;
   const size_t limit = delivered_ + room_;
   // What the converter took before this call has no position for it.
   const size_t run_end = begins_in_pair_ ? taken_ + pair_size : taken_;
@@ -46,6 +49,9 @@ void HeaderChunks::write() {
   }
   first_run_ = std::min(run_end, end) - delivered_;
   delivered_ = end;
+  assert(chunk_begin_ <= delivered_ && delivered_ <= taken_);
+  assert(taken_ <= fetched_ && fetched_ <= text_.size());
+  assert(first_run_ <= longest_first_run);
 }
 
 size_t HeaderChunks::find_character(size_t at) const {

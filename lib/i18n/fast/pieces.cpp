@@ -109,9 +109,7 @@ std::unique_ptr<Pieces> open_with_icu(i18n::ConverterPtr from, i18n::ConverterPt
 }  // namespace
 
 bool is_utf8_name(const char* charset) {
-  constexpr const char* names[] = {"UTF-8", "utf-8", "UTF8", "utf8"};
-  return std::any_of(std::begin(names), std::end(names),
-                     [charset](const char* name) { return std::strcmp(charset, name) == 0; });
+  return std::find(std::begin(utf8_names), std::end(utf8_names), charset) != std::end(utf8_names);
 }
 
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text) {

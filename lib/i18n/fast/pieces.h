@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "core/bytes.h"
@@ -45,6 +46,7 @@ class WholeText final : public Pieces {
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text);
 
 // ICU takes these spellings for UTF-8 without looking them up.
+inline constexpr std::string_view utf8_names[] = {"UTF-8", "utf-8", "UTF8", "utf8"};
 bool is_utf8_name(const char* charset);
 
 }  // namespace fast

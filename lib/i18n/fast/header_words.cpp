@@ -1,9 +1,13 @@
-#include "fast/header.h"
+#include "fast/header_words.h"
 
+#include <algorithm>
+#include <cassert>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "fast/header_chunks.h"
+#include "fast/pieces.h"
 #include "i18n_mime_encoding/line_limits.h"
 #include "transfer/base64.h"
 #include "transfer/qp_forms.h"
@@ -14,7 +18,11 @@ namespace {
 
 constexpr std::string_view word_break = i18n_mime::word_line_break;
 constexpr std::string_view word_end = i18n_mime::word_end;
-constexpr size_t max_name_size = 16;
+
+// Of the charset names that come here.
+constexpr size_t longest_name = 5;
+static_assert(std::all_of(std::begin(utf8_names), std::end(utf8_names),
+                          [](std::string_view name) { return name.size() <= longest_name; }));
 
 char* put(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
@@ -25,6 +33,7 @@ char* put(char* out, std::string_view text) {
 class Fold {
  public:
   Fold(const char* charset, char letter) {
+    assert(std::strlen(charset) <= longest_name);
     char* out = put(put(text_, word_end), word_break);
     char* const prefix = out;
     out = put(put(out, "=?"), charset);
@@ -42,7 +51,7 @@ class Fold {
   size_t get_first_room() const { return get_room() + word_break.size(); }
 
  private:
-  char text_[word_end.size() + word_break.size() + max_name_size + 5];
+  char text_[word_end.size() + word_break.size() + longest_name + 5];
   size_t size_;
   size_t prefix_size_;
 };
@@ -57,6 +66,7 @@ size_t cut_characters(const char* forms, size_t size) {
   return size;
 }
 
+// Order of calls: begin(), the bytes of the text from front to back, end().
 class QWords {
  public:
   QWords(const char* charset, const char* table, Output& output)
@@ -67,9 +77,9 @@ class QWords {
     output_.take_up_to(put(out, fold_.get_prefix()));
   }
 
-  // Bytes that one word must hold.
+  // Bytes that one word must hold: a first run.
   void append_whole(Bytes bytes) {
-    char forms[transfer::escape_size * most_whole + transfer::form_slack];
+    char forms[transfer::escape_size * HeaderChunks::longest_first_run + transfer::form_slack];
     const size_t size = put_forms(forms, bytes);
     char* out = output_.get_room(fold_.get_whole().size() + size);
     if (size > room_) out = put_fold(out);
@@ -94,9 +104,6 @@ class QWords {
   }
 
   void end() { output_.take_up_to(put(output_.get_room(word_end.size()), word_end)); }
-
-  // More hangs together only where characters have more than four bytes.
-  static constexpr size_t most_whole = 8;
 
  private:
   size_t put_forms(char* forms, Bytes bytes) const {
