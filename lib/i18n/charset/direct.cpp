@@ -8,7 +8,7 @@ namespace i18n {
 
 namespace {
 
-using Convert = unsigned char* (*)(unsigned char* out, Bytes text);
+using Convert = decltype(&text::utf8_to_latin1);
 
 bool goes(const i18n_charset_t& from, UConverterType from_type, const i18n_charset_t& to,
           UConverterType to_type) {
@@ -22,7 +22,7 @@ CString convert(Convert function, Bytes text, size_t units, size_t bytes_per_uni
   if (units < least_units || units > most_bytes / bytes_per_unit - 1) return nullptr;
   CString output = allocate_c_string(bytes_per_unit * units + 1);
   auto* const begin = reinterpret_cast<unsigned char*>(output.get());
-  unsigned char* const end = function(begin, text);
+  unsigned char* const end = function(begin, text, text::get_kernels());
   if (end == nullptr) return nullptr;
   *end = '\0';
   *length = static_cast<size_t>(end - begin);

@@ -16,7 +16,7 @@ namespace {
 // What is converted without ICU.
 class DirectPieces final : public Pieces {
  public:
-  using Convert = unsigned char* (*)(unsigned char* out, Bytes text);
+  using Convert = decltype(&text::utf8_to_latin1);
 
   // No byte gives more than two.
   DirectPieces(Convert convert, Bytes text, size_t size)
@@ -24,7 +24,7 @@ class DirectPieces final : public Pieces {
 
   Bytes next() override {
     const Bytes piece = text_.first(get_piece_size());
-    unsigned char* const end = convert_(converted_, piece);
+    unsigned char* const end = convert_(converted_, piece, text::get_kernels());
     failed_ = end == nullptr;
     if (failed_) return {};
     text_ = text_.subspan(piece.size());

@@ -15,7 +15,7 @@ size_t copy_ascii(unsigned char* out, Bytes text) {
   while (text.size() - count >= word_size) {
     const std::uint64_t word = load_word(text.data() + count);
     std::memcpy(out + count, &word, word_size);
-    const size_t more = count_ascii(word);
+    const size_t more = count_leading_ascii(word);
     count += more;
     if (more != word_size) return count;
   }
@@ -25,7 +25,8 @@ size_t copy_ascii(unsigned char* out, Bytes text) {
 
 }  // namespace
 
-unsigned char* utf8_to_latin1(unsigned char* out, Bytes text) {
+unsigned char* utf8_to_latin1(unsigned char* out, Bytes text, const Kernels& kernels) {
+  if (text.size() >= kernel_stretch) text = text.subspan(kernels.utf8_to_latin1(out, text));
   for (;;) {
     const size_t ascii = copy_ascii(out, text);
     out += ascii;
@@ -39,7 +40,8 @@ unsigned char* utf8_to_latin1(unsigned char* out, Bytes text) {
   }
 }
 
-unsigned char* latin1_to_utf8(unsigned char* out, Bytes text) {
+unsigned char* latin1_to_utf8(unsigned char* out, Bytes text, const Kernels& kernels) {
+  if (text.size() >= kernel_stretch) text = text.subspan(kernels.latin1_to_utf8(out, text));
   for (;;) {
     const size_t ascii = copy_ascii(out, text);
     out += ascii;
@@ -51,14 +53,16 @@ unsigned char* latin1_to_utf8(unsigned char* out, Bytes text) {
   }
 }
 
-size_t get_latin1_size(Bytes utf8) {
+size_t get_latin1_size(Bytes utf8, const Kernels& kernels) {
   size_t size = 0;
+  if (utf8.size() >= kernel_stretch) utf8 = utf8.subspan(kernels.count_characters(size, utf8));
   for (const unsigned char byte : utf8) size += !continues_character(byte);
   return size;
 }
 
-size_t get_utf8_size(Bytes latin1) {
+size_t get_utf8_size(Bytes latin1, const Kernels& kernels) {
   size_t size = latin1.size();
+  if (latin1.size() >= kernel_stretch) latin1 = latin1.subspan(kernels.count_high(size, latin1));
   for (const unsigned char byte : latin1) size += byte >> 7;
   return size;
 }

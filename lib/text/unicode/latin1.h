@@ -4,17 +4,21 @@
 #include <cstddef>
 
 #include "text/bytes.h"
+#include "text/unicode/kernels.h"
 
 namespace text {
 
 // Each writes the converted text and returns its end, or null when the text is not well-formed or
-// the target lacks a character. The room must be that of the largest result and copy_slack.
-constexpr size_t copy_slack = 8;
-unsigned char* utf8_to_latin1(unsigned char* out, Bytes text);  // at most one byte for one
-unsigned char* latin1_to_utf8(unsigned char* out, Bytes text);  // at most two for one
+// the target lacks a character. The room must be that of the largest result and copy_slack: at most
+// one byte for one to ISO-8859-1, two for one from there.
+constexpr size_t copy_slack = kernel_slack;
+unsigned char* utf8_to_latin1(unsigned char* out, Bytes text,
+                              const Kernels& kernels = get_kernels());
+unsigned char* latin1_to_utf8(unsigned char* out, Bytes text,
+                              const Kernels& kernels = get_kernels());
 
 // The size of the result, if there is one.
-size_t get_latin1_size(Bytes utf8);
-size_t get_utf8_size(Bytes latin1);
+size_t get_latin1_size(Bytes utf8, const Kernels& kernels = get_kernels());
+size_t get_utf8_size(Bytes latin1, const Kernels& kernels = get_kernels());
 
 }  // namespace text

@@ -1,19 +1,32 @@
 #include "text/unicode/utf16.h"
 
+#include <algorithm>
+
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
 namespace text {
 
-void to_utf16(std::string_view utf8, std::u16string& units) {
-  units.resize(utf8.size());
-  size_t size = 0;
+char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels) {
   for (size_t index = 0; index < utf8.size();) {
-    UChar32 character;
-    U8_NEXT_UNSAFE(utf8.data(), index, character);
-    U16_APPEND_UNSAFE(units.data(), size, character);
+    if (utf8.size() - index >= kernel_stretch) {
+      index += kernels.utf8_to_units(out, utf8.subspan(index));
+    }
+    // What they leave: a stretch with a character beyond U+FFFF, and the end.
+    for (const size_t limit = std::min(index + kernel_stretch, utf8.size()); index < limit;) {
+      UChar32 character;
+      U8_NEXT_UNSAFE(utf8.data(), index, character);
+      if (character > 0xffff) *out++ = U16_LEAD(character);
+      *out++ = character > 0xffff ? U16_TRAIL(character) : static_cast<char16_t>(character);
+    }
   }
-  units.resize(size);
+  return out;
+}
+
+void to_utf16(std::string_view utf8, std::u16string& units) {
+  units.resize(utf8.size() + kernel_slack);
+  const char16_t* const end = put_units(units.data(), as_bytes(utf8));
+  units.resize(static_cast<size_t>(end - units.data()));
 }
 
 size_t to_utf8(std::u16string_view units, std::string& utf8) {

@@ -4,7 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "text/bytes.h"
+#include "text/unicode/kernels.h"
+
 namespace text {
+
+// Writes the units of well-formed text and returns their end. There must be room for a unit for
+// each byte, and for kernel_slack more.
+char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels = get_kernels());
 
 // Each takes the place of what the target held.
 void to_utf16(std::string_view utf8, std::u16string& units);  // well-formed

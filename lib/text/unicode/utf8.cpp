@@ -12,6 +12,17 @@ bool are_continuations(const unsigned char* bytes, size_t count) {
   return std::all_of(bytes, bytes + count, continues_character);
 }
 
+size_t count_ascii(Bytes text) {
+  size_t count = 0;
+  while (text.size() - count >= word_size) {
+    const size_t more = count_leading_ascii(load_word(text.data() + count));
+    count += more;
+    if (more != word_size) return count;
+  }
+  while (count != text.size() && text[count] < 0x80) ++count;
+  return count;
+}
+
 }  // namespace
 
 size_t get_character_size(Bytes text) {
@@ -31,19 +42,13 @@ size_t get_character_size(Bytes text) {
   return first_bits >= 0x10000 >> 12 && first_bits <= 0x10ffff >> 12 ? 4 : 0;
 }
 
-size_t count_ascii(Bytes text) {
-  size_t count = 0;
-  while (text.size() - count >= word_size) {
-    const size_t more = count_ascii(load_word(text.data() + count));
-    count += more;
-    if (more != word_size) return count;
-  }
-  while (count != text.size() && text[count] < 0x80) ++count;
-  return count;
+bool is_ascii(Bytes text, const Kernels& kernels) {
+  if (text.size() >= kernel_stretch) text = text.subspan(kernels.skip_ascii(text));
+  return count_ascii(text) == text.size();
 }
 
-size_t find_invalid(Bytes text) {
-  size_t index = 0;
+size_t find_invalid(Bytes text, const Kernels& kernels) {
+  size_t index = text.size() >= kernel_stretch ? kernels.skip_utf8(text) : 0;
   for (;;) {
     index += count_ascii(text.subspan(index));
     if (index == text.size()) return index;

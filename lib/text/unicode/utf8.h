@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "text/bytes.h"
+#include "text/unicode/kernels.h"
 
 namespace text {
 
@@ -15,13 +16,11 @@ constexpr bool continues_character(unsigned char byte) { return (byte & 0xc0) ==
 // not well-formed.
 size_t get_character_size(Bytes text);
 
-// How many bytes at the beginning of a text are ASCII.
-size_t count_ascii(Bytes text);
-inline bool is_ascii(Bytes text) { return count_ascii(text) == text.size(); }
+bool is_ascii(Bytes text, const Kernels& kernels = get_kernels());
 inline bool is_ascii(std::string_view text) { return is_ascii(as_bytes(text)); }
 
 // The index at which the first character begins that is not well-formed; the size when all are.
-size_t find_invalid(Bytes text);
+size_t find_invalid(Bytes text, const Kernels& kernels = get_kernels());
 inline size_t find_invalid(std::string_view text) { return find_invalid(as_bytes(text)); }
 inline bool is_utf8(Bytes text) { return find_invalid(text) == text.size(); }
 

@@ -17,7 +17,7 @@ inline std::uint64_t load_word(const unsigned char* bytes) {
 }
 
 // How many bytes at the beginning of a word in memory are ASCII.
-inline size_t count_ascii(std::uint64_t word) {
+inline size_t count_leading_ascii(std::uint64_t word) {
   const std::uint64_t others = word & 0x8080808080808080;
   const int bits = std::endian::native == std::endian::little ? std::countr_zero(others)
                                                               : std::countl_zero(others);

@@ -1,0 +1,41 @@
+// The loops over UTF-8 and ISO-8859-1 that are worth vector code: as much of a job as the
+// instructions are good for. Each returns how many bytes of the text it did, from the beginning on,
+// none of a character that it did in part; its caller does the rest one by one. It reads nothing
+// behind the text.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "text/bytes.h"
+
+namespace text {
+
+// Of texts shorter than this no kernel does anything.
+constexpr size_t kernel_stretch = 32;
+
+// How far behind the end of what they write kernels store, in elements.
+constexpr size_t kernel_slack = 32;
+
+struct Kernels {
+  bool (*are_there)();  // whether the processor has the instructions
+
+  size_t (*skip_ascii)(Bytes text);
+  size_t (*skip_utf8)(Bytes text);  // well-formed
+
+  // Each moves out.
+  size_t (*utf8_to_units)(char16_t*& out, Bytes text);  // of well-formed text up to U+FFFF
+  size_t (*utf8_to_latin1)(unsigned char*& out, Bytes text);
+  size_t (*latin1_to_utf8)(unsigned char*& out, Bytes text);
+
+  // Each adds to count.
+  size_t (*count_characters)(size_t& count, Bytes utf8);
+  size_t (*count_high)(size_t& count, Bytes text);  // bytes outside ASCII
+};
+
+// All that this build has, best first. The last do nothing, and are there on every processor.
+std::span<const Kernels> get_all_kernels();
+// The first that are there.
+const Kernels& get_kernels();
+
+}  // namespace text
