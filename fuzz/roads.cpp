@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   const std::string whole = input.text(from, to, 256);
   const std::string text = whole.c_str();  // up to the first NUL
 
-  const i18n::CString fast = fast::encode({road.form, road.encoding, from, to}, text);
+  const i18n::CString fast = fast::encode({road.use, road.encoding, from, to}, text);
   fuzz::check(is_silent(), "the fast road is silent");
   const i18n::CString exact(road.encode_exactly(text.c_str(), from, to));
   const std::string_view mail = exact.get();

@@ -9,12 +9,12 @@
 
 namespace {
 
-using fast::Form;
+using fast::Use;
 using namespace i18n_mime;
 
 // Returns whether the fast road took the text.
 bool expect_agreement(const Road& road, const char* from, const char* to, const std::string& text) {
-  const i18n::CString fast = fast::encode({road.form, road.encoding, from, to}, text);
+  const i18n::CString fast = fast::encode({road.use, road.encoding, from, to}, text);
   EXPECT_EQ(take_diagnostics(), "") << "the fast road is silent";
   const std::string exact = take(road.encode_exactly(text.c_str(), from, to));
   const std::string reports = take_diagnostics();
@@ -111,7 +111,7 @@ TEST(Roads, FastIsTakenByWhatItIsSureOf) {
       {"UTF-8", nullptr, "abc", false, false}};
   for (const auto& [from, to, text, takes_body, takes_header] : cases) {
     for (const Road& road : roads) {
-      const bool takes = road.form == Form::kBody ? takes_body : takes_header;
+      const bool takes = road.use == Use::kBody ? takes_body : takes_header;
       EXPECT_EQ(expect_agreement(road, from, to, text), HAS_FAST_ROAD && takes)
           << testing::PrintToString(from) << " " << testing::PrintToString(to);
     }

@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 #include <qorvii18n/i18n_catalog.h>
 #include <qorvii18n/i18n_charset.h>
+#include <qorvii18n/i18n_mime.h>
 
 #include <utility>
 
@@ -25,4 +26,20 @@ TEST(OtherServices, AreTheOnlyOnes) {
   EXPECT_GT(*find<int>("lookups"), lookups);
   libqorvii18n_print_verid();
   EXPECT_EQ(take_diagnostics().substr(0, 15), "0: libqorvii18n");
+}
+
+TEST(OtherServices, LookUpTheMailCharsetOnceACall) {
+  const int& lookups = *find<int>("lookups");
+  const auto count = [&lookups](auto call) {
+    take(i18n_mime_easy_encode_header_qp(""));  // makes the tables, where this is the first call
+    const int before = lookups;
+    take(call());
+    return lookups - before;
+  };
+  // By the fast road, and by the exact one.
+  EXPECT_EQ(count([] { return i18n_mime_encode("x", "UTF-8", "UTF-8", 2, nullptr, nullptr); }), 1);
+  EXPECT_EQ(count([] { return i18n_mime_encode("x", "UTF-8", "UTF-7", 2, nullptr, nullptr); }), 1);
+  EXPECT_EQ(count([] { return i18n_mime_encode_header("x", "UTF-8", "KOI8-R", 2); }), 1);
+  EXPECT_EQ(count([] { return i18n_mime_easy_encode_header_b64("x"); }), 1);
+  EXPECT_EQ(count([] { return i18n_mime_encode_qp("x", "UTF-8", "KOI8-R"); }), 0);
 }

@@ -1,4 +1,4 @@
-// The two roads of the MIME functions, form by form.
+// The two roads of the MIME functions, use by use.
 #pragma once
 
 #include <qorvii18n/i18n_mime.h>
@@ -9,7 +9,7 @@
 using Encode = char* (*)(const char* text, const char* from, const char* to);
 
 struct Road {
-  fast::Form form;
+  fast::Use use;
   i18n_mime_encoding_t encoding;
   Encode encode;
   Encode encode_exactly;
@@ -21,12 +21,12 @@ char* encode_exactly(const char* text, const char* from, const char* to) {
 }
 
 constexpr Road roads[] = {
-    {fast::Form::kBody, I18N_MIME_QP, i18n_mime_encode_qp,
+    {fast::Use::kBody, I18N_MIME_QP, i18n_mime_encode_qp,
         encode_exactly<i18n_mime::BodyConverterEncoder<i18n_mime::QPBodyEncoder>>},
-    {fast::Form::kBody, I18N_MIME_B64, i18n_mime_encode_b64,
+    {fast::Use::kBody, I18N_MIME_B64, i18n_mime_encode_b64,
         encode_exactly<i18n_mime::BodyConverterEncoder<i18n_mime::B64BodyEncoder>>},
-    {fast::Form::kHeader, I18N_MIME_QP, i18n_mime_encode_header_qp,
+    {fast::Use::kHeader, I18N_MIME_QP, i18n_mime_encode_header_qp,
         encode_exactly<i18n_mime::HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>},
-    {fast::Form::kHeader, I18N_MIME_B64, i18n_mime_encode_header_b64,
+    {fast::Use::kHeader, I18N_MIME_B64, i18n_mime_encode_header_b64,
         encode_exactly<i18n_mime::HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>},
 };

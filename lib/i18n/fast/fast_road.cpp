@@ -118,7 +118,7 @@ i18n::CString encode_header(const Work& work, Bytes text) {
 i18n::CString encode(const Work& work, std::string_view text) {
   if (work.from_charset == nullptr || work.to_charset == nullptr) return nullptr;
   const Bytes bytes(reinterpret_cast<const unsigned char*>(text.data()), text.size());
-  return work.form == Form::kBody ? encode_body(work, bytes) : encode_header(work, bytes);
+  return work.use == Use::kBody ? encode_body(work, bytes) : encode_header(work, bytes);
 }
 
 }  // namespace fast

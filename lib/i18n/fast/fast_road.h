@@ -17,11 +17,11 @@
 
 namespace fast {
 
-enum class Form { kBody, kHeader };
+enum class Use { kBody, kHeader };
 
 // What a MIME function was asked for. The charset names can be null.
 struct Work {
-  Form form;
+  Use use;
   i18n_mime_encoding_t encoding;
   const char* from_charset;
   const char* to_charset;

@@ -6,7 +6,6 @@
 #include <unicode/ucnv.h>
 
 #include "charset/diagnostics.h"
-#include "front/charset_name.h"
 
 namespace {
 
@@ -74,7 +73,21 @@ std::recursive_mutex& get_mutex() {
   return mutex;
 }
 
+char to_ascii_lower(char byte) {
+  return 'A' <= byte && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
 }  // namespace
+
+i18n::CString normalise_charset_name(const char* name) {
+  i18n::CString normalised = i18n::allocate_c_string(std::strlen(name) + 1);
+  char* out = normalised.get();
+  for (; *name != '\0'; ++name) {
+    if (*name != '-') *out++ = to_ascii_lower(*name);
+  }
+  *out = '\0';
+  return normalised;
+}
 
 // Threads that come first at once wait for the one that makes the tables. A call that the kernel
 // services make on that thread meanwhile does without what is not there yet. After an exception the

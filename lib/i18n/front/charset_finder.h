@@ -3,6 +3,12 @@
 
 #include <qorviks.h>
 
+#include "core/c_string.h"
+
+// The name under which a charset is looked up: ASCII letters in lower case, hyphens left out,
+// everything else as it is.
+i18n::CString normalise_charset_name(const char* name);
+
 // Makes the alias tables on the first call, in whichever thread that is.
 void init_charset_tables();
 

@@ -1,7 +1,9 @@
 // A converter-encoder that chooses between quoted-printable and base64 when it sees its input.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,11 +28,13 @@ inline i18n_mime_encoding_t choose_encoding(size_t marked, size_t size, double q
 template <class Iter, class QPTable, class QPEncoder, class B64Encoder>
 class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
  public:
+  // marked: how many bytes of the input the table marks, where that was counted already.
   ConverterEncoderChooser(const char* from, const char* to, bool allow_trivial, double threshold,
-                          int max_chunk_bytes)
+                          int max_chunk_bytes, std::optional<size_t> marked = std::nullopt)
       : ConverterEncoder<Iter>(from, to, allow_trivial, max_chunk_bytes),
         qp_threshold(threshold),
-        to_charset(to != nullptr ? to : "") {}
+        to_charset(to != nullptr ? to : ""),
+        marked_(marked) {}
 
   void borrow_in_str(std::string_view input) override {
     if (this->is_error()) return;
@@ -40,7 +44,7 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
 
  private:
   void choose_encoder(std::string_view input) {
-    const size_t marked = count_marked(this->table, input);
+    const size_t marked = marked_ ? *marked_ : count_marked(this->table, input);
     if (choose_encoding(marked, input.size(), qp_threshold) == I18N_MIME_QP) {
       this->encoder = std::make_unique<QPEncoder>(to_charset.c_str());
     } else {
@@ -50,6 +54,7 @@ class ConverterEncoderChooser : public ConverterEncoder<Iter>, private QPTable {
 
   double qp_threshold;
   std::string to_charset;  // the encoder borrows it
+  std::optional<size_t> marked_;
 };
 
 using BodyChooserBase =
@@ -60,15 +65,15 @@ using HeaderChooserBase =
 class BodyConverterEncoderChooser : public BodyChooserBase {
  public:
   BodyConverterEncoderChooser(const char* from, const char* to, double threshold,
-                              int max_chunk_bytes)
-      : BodyChooserBase(from, to, true, threshold, max_chunk_bytes) {}
+                              int max_chunk_bytes, std::optional<size_t> marked = std::nullopt)
+      : BodyChooserBase(from, to, true, threshold, max_chunk_bytes, marked) {}
 };
 
 class HeaderConverterEncoderChooser : public HeaderChooserBase {
  public:
   HeaderConverterEncoderChooser(const char* from, const char* to, double threshold,
-                                int max_chunk_bytes)
-      : HeaderChooserBase(from, to, false, threshold, max_chunk_bytes) {}
+                                int max_chunk_bytes, std::optional<size_t> marked = std::nullopt)
+      : HeaderChooserBase(from, to, false, threshold, max_chunk_bytes, marked) {}
 };
 
 }  // namespace i18n_mime

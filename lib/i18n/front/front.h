@@ -48,7 +48,11 @@ template <class ConvEncoder, class Finder>
 class EasyEncoder : public Duplicator, public Finder {
  public:
   // to_charset_out receives the mail charset's name, which belongs to the finder's table.
-  explicit EasyEncoder(const char** to_charset_out = nullptr) : Finder(nullptr) {
+  explicit EasyEncoder(const char** to_charset_out = nullptr)
+      : EasyEncoder(Finder(nullptr), to_charset_out) {}
+  // By a finder of the default that has looked already.
+  explicit EasyEncoder(const Finder& finder, const char** to_charset_out = nullptr)
+      : Finder(finder) {
     if (this->to_charset != nullptr) {
       converter_encoder_.emplace(this->from_charset, this->to_charset, i18n::chunk_bytes);
     }
@@ -70,10 +74,14 @@ class PlainEncoderChooser : public Duplicator, public Finder {
  public:
   PlainEncoderChooser(const char* from, const char* to, double threshold,
                       i18n_mime_encoding_t* chosen_out)
-      : Finder(from), encoding_out(chosen_out) {
+      : PlainEncoderChooser(Finder(from), to, threshold, chosen_out) {}
+  // By a finder of the source that has looked already, and what was counted already, if anything.
+  PlainEncoderChooser(const Finder& finder, const char* to, double threshold,
+                      i18n_mime_encoding_t* chosen_out, std::optional<size_t> marked = std::nullopt)
+      : Finder(finder), encoding_out(chosen_out) {
     if (to != nullptr) this->to_charset = to;
     if (this->to_charset != nullptr) {
-      chooser.emplace(this->from_charset, this->to_charset, threshold, i18n::chunk_bytes);
+      chooser.emplace(this->from_charset, this->to_charset, threshold, i18n::chunk_bytes, marked);
     }
   }
 

@@ -4,12 +4,11 @@
 #include <qorvii18n/i18n_mime.h>
 
 #include "fast/fast_road.h"
-#include "front/charset_name.h"
 #include "front/front.h"
 
 namespace {
 
-using fast::Form;
+using fast::Use;
 using i18n_mime::BodyConverterEncoder;
 using i18n_mime::HeaderConverterEncoder;
 
@@ -18,9 +17,9 @@ using HeaderChooser =
     PlainEncoderChooser<i18n_mime::HeaderConverterEncoderChooser, HeaderCharsetFinder>;
 
 template <class ConvEncoder>
-char* encode_plain(Form form, i18n_mime_encoding_t encoding, const char* str,
+char* encode_plain(Use use, i18n_mime_encoding_t encoding, const char* str,
                    const char* from_charset, const char* to_charset) {
-  i18n::CString result = fast::encode({form, encoding, from_charset, to_charset}, str);
+  i18n::CString result = fast::encode({use, encoding, from_charset, to_charset}, str);
   if (result) return result.release();
   return PlainConverterEncoder<ConvEncoder>(from_charset, to_charset).encode_or_copy(str);
 }
@@ -38,17 +37,20 @@ void store_name(const char* charset, char** out) {
 
 // The target's name is stored before the encoding, whatever comes of that; on the exact road after
 // the chooser was made.
-template <class Chooser, class QPTable>
-char* encode_chosen(Form form, const char* str, const char* from_charset, const char* to_charset,
+template <class Chooser, class QPTable, class Finder>
+char* encode_chosen(Use use, const char* str, const Finder& finder, const char* given_to_charset,
                     double qp_threshold, i18n_mime_encoding_t* encoding_out,
                     char** to_charset_out) {
   const std::string_view text = str;
+  const char* const from_charset = finder.get_from_charset();
+  const char* const to_charset =
+      given_to_charset != nullptr ? given_to_charset : finder.get_to_charset();
   const size_t marked = Counted<QPTable>().count(text);
   const i18n_mime_encoding_t encoding =
       i18n_mime::choose_encoding(marked, text.size(), qp_threshold);
   i18n::CString result;
   try {
-    result = fast::encode({form, encoding, from_charset, to_charset, marked}, text);
+    result = fast::encode({use, encoding, from_charset, to_charset, marked}, text);
   } catch (...) {
     store_name(to_charset, to_charset_out);
     throw;
@@ -58,7 +60,7 @@ char* encode_chosen(Form form, const char* str, const char* from_charset, const 
     if (encoding_out != nullptr) *encoding_out = encoding;
     return result.release();
   }
-  Chooser chooser(from_charset, to_charset, qp_threshold, encoding_out);
+  Chooser chooser(finder, to_charset, qp_threshold, encoding_out, marked);
   store_name(to_charset, to_charset_out);
   return chooser.encode(str);
 }
@@ -67,51 +69,48 @@ template <class ConvEncoder>
 char* encode_easy_header(i18n_mime_encoding_t encoding, const char* str) {
   const HeaderCharsetFinder finder(nullptr);
   i18n::CString result = fast::encode(
-      {Form::kHeader, encoding, finder.get_from_charset(), finder.get_to_charset()}, str);
+      {Use::kHeader, encoding, finder.get_from_charset(), finder.get_to_charset()}, str);
   if (result) return result.release();
-  return EasyEncoder<ConvEncoder, HeaderCharsetFinder>().encode_or_copy(str);
+  return EasyEncoder<ConvEncoder, HeaderCharsetFinder>(finder).encode_or_copy(str);
 }
 
 }  // namespace
 
 char* i18n_mime_encode_qp(const char* str, const char* from_charset, const char* to_charset) {
-  return encode_plain<BodyConverterEncoder<i18n_mime::QPBodyEncoder>>(
-      Form::kBody, I18N_MIME_QP, str, from_charset, to_charset);
+  return encode_plain<BodyConverterEncoder<i18n_mime::QPBodyEncoder>>(Use::kBody, I18N_MIME_QP, str,
+                                                                      from_charset, to_charset);
 }
 
 char* i18n_mime_encode_b64(const char* str, const char* from_charset, const char* to_charset) {
   return encode_plain<BodyConverterEncoder<i18n_mime::B64BodyEncoder>>(
-      Form::kBody, I18N_MIME_B64, str, from_charset, to_charset);
+      Use::kBody, I18N_MIME_B64, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode_header_qp(const char* str, const char* from_charset,
                                  const char* to_charset) {
   return encode_plain<HeaderConverterEncoder<i18n_mime::QPHeaderEncoder>>(
-      Form::kHeader, I18N_MIME_QP, str, from_charset, to_charset);
+      Use::kHeader, I18N_MIME_QP, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode_header_b64(const char* str, const char* from_charset,
                                   const char* to_charset) {
   return encode_plain<HeaderConverterEncoder<i18n_mime::B64HeaderEncoder>>(
-      Form::kHeader, I18N_MIME_B64, str, from_charset, to_charset);
+      Use::kHeader, I18N_MIME_B64, str, from_charset, to_charset);
 }
 
 char* i18n_mime_encode(const char* str, const char* from_charset, const char* to_charset,
                        double qp_threshold, i18n_mime_encoding_t* encoding_out,
                        char** to_charset_out) {
-  const BodyCharsetFinder finder(from_charset);
-  const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
   return encode_chosen<BodyChooser, i18n_mime::QPBodyEncodingTable>(
-      Form::kBody, str, finder.get_from_charset(), target, qp_threshold, encoding_out,
+      Use::kBody, str, BodyCharsetFinder(from_charset), to_charset, qp_threshold, encoding_out,
       to_charset_out);
 }
 
 char* i18n_mime_encode_header(const char* str, const char* from_charset, const char* to_charset,
                               double qp_threshold) {
-  const HeaderCharsetFinder finder(from_charset);
-  const char* target = to_charset != nullptr ? to_charset : finder.get_to_charset();
   return encode_chosen<HeaderChooser, i18n_mime::QPHeaderEncodingTable>(
-      Form::kHeader, str, finder.get_from_charset(), target, qp_threshold, nullptr, nullptr);
+      Use::kHeader, str, HeaderCharsetFinder(from_charset), to_charset, qp_threshold, nullptr,
+      nullptr);
 }
 
 char* i18n_mime_easy_encode(const char* str, double qp_threshold,
