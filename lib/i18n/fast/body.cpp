@@ -15,7 +15,7 @@ char* put_body_break(char* out) {
 }  // namespace
 
 size_t Base64Body::get_size(size_t bytes) {
-  return transfer::base64_lines_size(bytes, later_chars);
+  return transfer::base64_lines_size(bytes, later_chars) + longest_line;
 }
 
 void Base64Body::append(Bytes bytes) {
@@ -37,7 +37,7 @@ void Base64Body::append(Bytes bytes) {
 }
 
 void Base64Body::put_pending_line() {
-  char* out = output_.get_room(first_line_size + body_break_size);
+  char* out = output_.get_room(longest_line + body_break_size);
   out = transfer::put_base64(out, pending_, pending_size_);
   output_.take_up_to(put_body_break(out));
   pending_size_ = 0;
@@ -45,14 +45,14 @@ void Base64Body::put_pending_line() {
 }
 
 void Base64Body::finish() {
-  char* const out = output_.get_room(first_line_size);
+  char* const out = output_.get_room(longest_line);
   output_.take_up_to(transfer::put_base64(out, pending_, pending_size_));
 }
 
 size_t QuotedPrintableBody::get_size(size_t forms) {
   constexpr size_t shortest_line = later_room - (transfer::escape_size - 1);
   constexpr size_t fold_size = mark_size + body_break_size;
-  return forms + (forms / shortest_line + 1) * fold_size + transfer::escape_size;
+  return forms + (forms / shortest_line + 1) * fold_size + transfer::escape_size + copied_size;
 }
 
 void QuotedPrintableBody::append(Bytes bytes) {
@@ -70,13 +70,12 @@ void QuotedPrintableBody::append_slice(Bytes slice) {
 
 void QuotedPrintableBody::put_full_lines() {
   if (forms_size_ <= room_) return;
-  char* out = output_.get_room(get_size(forms_size_) + first_line_size);
+  char* out = output_.get_room(get_size(forms_size_));
   const char* next = forms_;
   const char* const end = forms_ + forms_size_;
   while (static_cast<size_t>(end - next) > room_) {
     const size_t size = transfer::cut_forms(next, room_);
-    // As much as the longest line has, whatever of it counts: a few moves instead of a call.
-    std::memcpy(out, next, first_line_size);
+    std::memcpy(out, next, copied_size);
     out += size;
     next += size;
     std::memcpy(out, i18n_mime::soft_break_mark, mark_size);

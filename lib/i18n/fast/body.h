@@ -15,9 +15,8 @@ using i18n::Bytes;
 
 // Each line after the first has that much less room: its line break counts into it.
 constexpr size_t body_break_size = std::char_traits<char>::length(i18n_mime::body_line_break);
-constexpr size_t first_line_size = i18n_mime::max_body_line;
-constexpr size_t later_line_size = first_line_size - body_break_size;
 
+// Order of calls, here and below: append() for each piece of the body, finish() once.
 class Base64Body {
  public:
   explicit Base64Body(Output& output) : output_(output) {}
@@ -25,21 +24,24 @@ class Base64Body {
   void append(Bytes bytes);
   void finish();
 
-  // The most that a body of so many bytes takes.
+  // Room for a body of so many bytes, as it is asked for.
   static size_t get_size(size_t bytes);
 
  private:
-  static constexpr size_t later_chars =
-      later_line_size / transfer::group_chars * transfer::group_chars;
-  static constexpr size_t later_bytes = later_chars / transfer::group_chars * transfer::group_bytes;
+  static constexpr size_t longest_line = i18n_mime::max_base64_line;
+  static constexpr size_t first_groups = longest_line / transfer::group_chars;
+  static constexpr size_t first_bytes = first_groups * transfer::group_bytes;
+  static constexpr size_t later_groups = (longest_line - body_break_size) / transfer::group_chars;
+  static constexpr size_t later_chars = later_groups * transfer::group_chars;
+  static constexpr size_t later_bytes = later_groups * transfer::group_bytes;
 
   void put_pending_line();
 
   Output& output_;
   // Bytes of the line in work. It is written when it is known whether more follows.
-  unsigned char pending_[first_line_size];
+  unsigned char pending_[first_bytes];
   size_t pending_size_ = 0;
-  size_t line_bytes_ = first_line_size / transfer::group_chars * transfer::group_bytes;
+  size_t line_bytes_ = first_bytes;
 };
 
 class QuotedPrintableBody {
@@ -50,13 +52,18 @@ class QuotedPrintableBody {
   void append(Bytes bytes);
   void finish();
 
-  // The most that so many forms take, with the breaks between lines.
+  // Room for so many characters of forms and the breaks between lines, as it is asked for.
   static size_t get_size(size_t forms);
 
  private:
   static constexpr size_t slice_size = 1024;  // an object has a place on stacks of 16 KiB
   static constexpr size_t mark_size = std::char_traits<char>::length(i18n_mime::soft_break_mark);
-  static constexpr size_t later_room = later_line_size - mark_size;
+  static constexpr size_t longest_line = i18n_mime::max_quoted_printable_line;
+  static constexpr size_t first_room = longest_line - mark_size;
+  static constexpr size_t later_room = first_room - body_break_size;
+  // Copied for each line, whatever of it counts: a few moves instead of a call.
+  static constexpr size_t copied_size = longest_line;
+  static_assert(first_room <= copied_size && copied_size <= later_room + transfer::form_slack);
 
   void append_slice(Bytes slice);
   // Writes the forms that fill lines. Those of the line in work stay, moved to the beginning.
@@ -64,9 +71,9 @@ class QuotedPrintableBody {
 
   const char* table_;
   Output& output_;
-  size_t room_ = first_line_size - mark_size;  // for forms, on the line in work
+  size_t room_ = first_room;  // for forms, on the line in work
   size_t forms_size_ = 0;
-  char forms_[first_line_size + transfer::escape_size * slice_size + transfer::form_slack];
+  char forms_[first_room + transfer::escape_size * slice_size + transfer::form_slack];
 };
 
 }  // namespace fast

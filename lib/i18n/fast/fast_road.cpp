@@ -63,7 +63,7 @@ bool put_body(Pieces& pieces, Body& body) {
 }
 
 i18n::CString encode_base64(Pieces& pieces) {
-  Output output(Base64Body::get_size(pieces.get_expected_size()) + first_line_size);
+  Output output(Base64Body::get_size(pieces.get_expected_size()));
   Base64Body body(output);
   return put_body(pieces, body) ? output.release() : nullptr;
 }
@@ -73,7 +73,7 @@ i18n::CString encode_quoted_printable(Pieces& pieces, Bytes text, std::optional<
   if (!is_cuttable(table.get())) return nullptr;
   const size_t escapes = counted ? *counted : estimate_escapes(table.get(), text);
   const size_t forms = estimate_forms(escapes, text.size(), pieces.get_expected_size());
-  Output output(QuotedPrintableBody::get_size(forms) + first_line_size);
+  Output output(QuotedPrintableBody::get_size(forms));
   QuotedPrintableBody body(table.get(), output);
   return put_body(pieces, body) ? output.release() : nullptr;
 }

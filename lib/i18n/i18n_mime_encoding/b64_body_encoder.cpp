@@ -9,7 +9,7 @@ namespace i18n_mime {
 
 B64BodyEncoder::B64BodyEncoder(const char* charset_name)
     : GenericEncoder(charset_name),
-      line_cycle_(max_body_line, nullptr, nullptr, body_line_break),
+      line_cycle_(max_base64_line, nullptr, nullptr, body_line_break),
       carry_{},
       carry_size_(0) {}
 B64BodyEncoder::B64BodyEncoder(const B64BodyEncoder& other) = default;

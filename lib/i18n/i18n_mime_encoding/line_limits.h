@@ -3,7 +3,8 @@
 
 namespace i18n_mime {
 
-constexpr int max_body_line = 76;
+constexpr int max_base64_line = 76;
+constexpr int max_quoted_printable_line = 76;  // the mark at its end included
 constexpr const char* body_line_break = "\r\n";
 constexpr const char* soft_break_mark = "=";  // ends a quoted-printable line that goes on
 

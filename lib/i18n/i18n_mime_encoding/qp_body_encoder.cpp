@@ -9,7 +9,7 @@ namespace i18n_mime {
 
 QPBodyEncoder::QPBodyEncoder(const char* charset_name)
     : GenericEncoder(charset_name),
-      line_cycle_(max_body_line, nullptr, soft_break_mark, body_line_break) {}
+      line_cycle_(max_quoted_printable_line, nullptr, soft_break_mark, body_line_break) {}
 QPBodyEncoder::QPBodyEncoder(const QPBodyEncoder& other) = default;
 QPBodyEncoder::QPBodyEncoder(QPBodyEncoder&& other) = default;
 QPBodyEncoder& QPBodyEncoder::operator=(const QPBodyEncoder& other) = default;
