@@ -1,15 +1,16 @@
 # What `cmake --install` puts where. docs/install.md has a table of the components.
 #
-# The stand-in has components of its own because a real libqorviks may be there already: everything
-# in the first four works beside either. The CMake target of the mail library is a component of the
-# package in `development`.
+# Any library can be installed without the others, but for the kernel services that qorvii18n loads. What
+# all of them share is a component of its own. So is the stand-in for the kernel services, because a
+# real libqorviks may be there already: everything else works beside either.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/qorvii18n)
+set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n)
 
-# Both libraries stand side by side, so the one finds the other wherever the prefix was moved, for the
-# linker of a user's program as well. LD_LIBRARY_PATH goes before this; a libqorviks elsewhere is found
-# the usual way. Distributions, whose directories are searched anyhow, set CMAKE_SKIP_INSTALL_RPATH.
+# The libraries stand side by side, so one finds the other wherever the prefix was moved, for the linker
+# of a user's program as well. LD_LIBRARY_PATH goes before this; a libqorviks elsewhere is found the
+# usual way. Distributions, whose directories are searched anyhow, set CMAKE_SKIP_INSTALL_RPATH.
 if(NOT DEFINED CMAKE_INSTALL_RPATH)
   set_target_properties(qorvii18n PROPERTIES INSTALL_RPATH "\$ORIGIN")
 endif()
@@ -21,20 +22,57 @@ file(RELATIVE_PATH QORVII18N_PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_F
 file(RELATIVE_PATH QORVII18N_PC_INCLUDEDIR
   ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 
-# A library, and what finds it. The exports are files of their own so that any can be left out.
-function(install_library name runtime development)
-  install(TARGETS ${name} EXPORT ${name}-targets
+# A shared library brings what it needs. Beside a static one, programs link the inner libraries, of which
+# a later one may need an earlier one, ICU, and what a C++ compiler links and a C compiler does not.
+set(inner)
+set(cxx_runtime)
+if(QORVII18N_LIBRARY_TYPE STREQUAL STATIC)
+  get_property(inner GLOBAL PROPERTY QORVII18N_INNER_LIBRARIES)
+  install(TARGETS ${inner} EXPORT inner-targets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT common_development)
+  install(EXPORT inner-targets NAMESPACE qorvii18n::
+    DESTINATION ${package_dir} COMPONENT common_development)
+  list(REVERSE inner)
+  set(cxx_runtime ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+  list(REMOVE_ITEM cxx_runtime ${CMAKE_C_IMPLICIT_LINK_LIBRARIES})
+endif()
+
+# install_library(TARGET COMPONENT DEVELOPMENT_COMPONENT DESCRIPTION [LIBRARY...])
+#
+# A library, and what finds it: a file of CMake targets, which can be left out, and one for pkg-config.
+# What is named last is what pkg-config has to name when libraries are static.
+set(components)
+function(install_library target component development description)
+  get_target_property(name ${target} EXPORT_NAME)
+  set(components ${components} ${name} PARENT_SCOPE)
+  install(TARGETS ${target} EXPORT ${name}-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-      COMPONENT ${runtime} NAMELINK_COMPONENT ${development})
+      COMPONENT ${component} NAMELINK_COMPONENT ${development}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${development})
   install(EXPORT ${name}-targets NAMESPACE qorvii18n::
     DESTINATION ${package_dir} COMPONENT ${development})
-  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+
+  set(libs ${target})
+  set(requires)
+  if(QORVII18N_LIBRARY_TYPE STREQUAL STATIC)
+    list(APPEND libs ${ARGN} ${cxx_runtime})
+    target_link_libraries(${target} INTERFACE "$<INSTALL_INTERFACE:${cxx_runtime}>")
+    if(ARGN)
+      set(requires icu-uc)
+    endif()
+  endif()
+  list(TRANSFORM libs PREPEND -l)
+  list(JOIN libs " " libs)
+  configure_file(cmake/library.pc.in ${PROJECT_BINARY_DIR}/${target}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${target}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${development})
 endfunction()
-install_library(qorvii18n runtime development)
-install_library(qorvii18n-mail mail mail_development)
-install_library(qorviks kernel_services kernel_services_development)
+install_library(qorviks kernel_services kernel_services_development
+  "Kernel services of qorvii18n: tables, printed messages, reports of failed checks")
+install_library(qorvii18n runtime development
+  "${PROJECT_DESCRIPTION}" ${inner} qorviks)
+install_library(qorvii18n-mail mail mail_development
+  "Fields and parts of mails in any charset" ${inner})
 
 install(FILES
     include/qorvii18n/i18n.hpp
@@ -43,25 +81,26 @@ install(FILES
     include/qorvii18n/i18n_iconv.h
     include/qorvii18n/i18n_mime.h
     include/qorvii18n/i18n_mime.hpp
-    ${PROJECT_BINARY_DIR}/lib/i18n/include/qorvii18n/export.h
-    ${PROJECT_BINARY_DIR}/lib/i18n/include/qorvii18n/version.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n COMPONENT development)
+    ${QORVII18N_MADE_HEADERS}/qorvii18n/export.h
+  DESTINATION ${header_dir} COMPONENT development)
 install(FILES docs/encoded-words.md docs/limits.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(FILES
     include/qorvii18n/i18n_mail.h
-    ${PROJECT_BINARY_DIR}/lib/mail/include/qorvii18n/mail_export.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvii18n COMPONENT mail_development)
+    ${QORVII18N_MADE_HEADERS}/qorvii18n/mail_export.h
+  DESTINATION ${header_dir} COMPONENT mail_development)
 install(FILES lib/ks/qorviks.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT kernel_services_development)
+install(FILES ${QORVII18N_MADE_HEADERS}/qorvii18n/version.h
+  DESTINATION ${header_dir} COMPONENT common_development)
 
 configure_package_config_file(cmake/qorvii18n-config.cmake.in
   ${PROJECT_BINARY_DIR}/qorvii18n-config.cmake
   INSTALL_DESTINATION ${package_dir}
-  NO_SET_AND_CHECK_MACRO)
+  NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/qorvii18n-config-version.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES
     ${PROJECT_BINARY_DIR}/qorvii18n-config.cmake
     ${PROJECT_BINARY_DIR}/qorvii18n-config-version.cmake
-  DESTINATION ${package_dir} COMPONENT development)
+  DESTINATION ${package_dir} COMPONENT common_development)

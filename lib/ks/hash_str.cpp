@@ -9,18 +9,20 @@ struct hash_str_t {
   std::unordered_map<std::string, void*> values;
 };
 
-hash_str_t* hash_str_create(int /*size*/, int /*value_size*/, int /*flags*/) {
+[[gnu::weak]] hash_str_t* hash_str_create(int /*size*/, int /*value_size*/, int /*flags*/) {
   return new hash_str_t;
 }
 
-int hash_str_lookup(hash_str_t* table, const char* key, uint64_t* /*scratch*/, void*** slot) {
+[[gnu::weak]] int hash_str_lookup(hash_str_t* table, const char* key, uint64_t* /*scratch*/,
+                                  void*** slot) {
   auto entry = table->values.find(key);
   if (entry == table->values.end()) return 0;
   *slot = &entry->second;
   return 1;
 }
 
-int hash_str_enter(hash_str_t* table, const char* key, uint64_t* /*scratch*/, void*** slot) {
+[[gnu::weak]] int hash_str_enter(hash_str_t* table, const char* key, uint64_t* /*scratch*/,
+                                 void*** slot) {
   auto [entry, added] = table->values.try_emplace(key, nullptr);
   *slot = &entry->second;
   return added ? 0 : 1;

@@ -27,7 +27,7 @@ std::string format_text(const char* format, std::va_list args) {
 
 }  // namespace
 
-int imsg_print(int /*kind*/, const void* catalog_or_format, int index, ...) {
+[[gnu::weak]] int imsg_print(int /*kind*/, const void* catalog_or_format, int index, ...) {
   std::va_list args;
   va_start(args, index);
   std::string text = format_text(format_of(catalog_or_format, index), args);
@@ -36,7 +36,8 @@ int imsg_print(int /*kind*/, const void* catalog_or_format, int index, ...) {
   return static_cast<int>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
-int imsg_sprintf(char* buffer, int /*kind*/, const void* catalog_or_format, int index, ...) {
+[[gnu::weak]] int imsg_sprintf(char* buffer, int /*kind*/, const void* catalog_or_format, int index,
+                               ...) {
   std::va_list args;
   va_start(args, index);
   const int length = std::vsprintf(buffer, format_of(catalog_or_format, index), args);

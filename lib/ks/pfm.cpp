@@ -3,6 +3,6 @@
 
 #include "qorviks.h"
 
-void pfm_assert_fail(const char* expression, const char* source, int line) {
+[[gnu::weak]] void pfm_assert_fail(const char* expression, const char* source, int line) {
   std::fprintf(stderr, "assertion failed: %s, %s line %d\n", expression, source, line);
 }

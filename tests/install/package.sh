@@ -22,7 +22,8 @@ install_into() { # PREFIX COMPONENT...
 files_of() { (cd "$1" && find . ! -type d -printf '%P\n' | sort); }
 
 echo "== every file belongs to one component, and only these are installed"
-for component in runtime development mail mail_development kernel_services kernel_services_development; do
+components=$(cut -d ' ' -f 1 "$source_dir/tests/install/files.txt" | uniq)
+for component in $components; do
   install_into "$scratch/$component" $component
   files_of "$scratch/$component" |
     sed -E "s|^$libdir/|LIBDIR/|; s|(\.so\.[0-9]+)\.[0-9.]+$|\1.*|; s|-targets-[a-z]+\.|-targets-CONFIG.|
@@ -88,12 +89,11 @@ configure() {
   rm -rf "$scratch/build"
   CXX=$cxx CXXFLAGS="${flags[*]} -Wall -Wextra -Werror" cmake -S "$source_dir/tests/install/find_package" \
     -B "$scratch/build" -DCMAKE_PREFIX_PATH="$1" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
-    -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF >"$scratch/log" 2>&1
+    -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF "${@:2}" >"$scratch/log" 2>&1
 }
 build_and_run() {
   cmake --build "$scratch/build" >"$scratch/log" 2>&1 || { cat "$scratch/log"; fail "build"; }
-  "$scratch/build/consumer"
-  if [ -x "$scratch/build/mail_consumer" ]; then "$scratch/build/mail_consumer"; fi
+  for program in "$scratch"/build/*consumer; do "$program"; done
 }
 
 echo "== C++17 program through find_package"
@@ -108,11 +108,25 @@ fi
 
 [ -x "$scratch/build/mail_consumer" ] || fail "no mail program"
 
+# PREFIXES COMPONENT REASON: find_package fails, and says why.
+refused() {
+  if configure "$1" -DCOMPONENTS="$2"; then fail "found $2 in $1"; fi
+  tr -s ' \n' ' ' <"$scratch/log" | grep -qF "$3" || { cat "$scratch/log"; fail "no reason: $3"; }
+}
+
+echo "== the mail library alone"
+install_into "$scratch/mail_alone" common_development mail mail_development
+configure "$scratch/mail_alone" -DCOMPONENTS=mail || { cat "$scratch/log"; fail "configure"; }
+build_and_run
+[ ! -x "$scratch/build/consumer" ] || fail "a program with the other library"
+refused "$scratch/mail_alone" qorvii18n "the development files of component qorvii18n are not installed"
+refused "$scratch/mail_alone" "" "the development files of component qorvii18n are not installed"
+refused "$prefix" "mail;fax" "there is no component fax, but qorviks, qorvii18n, mail"
+
 echo "== a libqorviks from elsewhere, without a CMake package"
-install_into "$scratch/alone" runtime development
+install_into "$scratch/alone" runtime development common_development
 install_into "$scratch/other" kernel_services kernel_services_development
 rm -r "$scratch/other/$libdir/cmake" "$scratch/other/$libdir/libqorviks.so"
-if configure "$scratch/alone"; then fail "found without libqorviks"; fi
-grep -q 'libqorviks, which libqorvii18n loads, was not found' "$scratch/log" || { cat "$scratch/log"; exit 1; }
+refused "$scratch/alone" "" "libqorviks, which libqorvii18n loads, was not found"
 configure "$scratch/alone;$scratch/other" || { cat "$scratch/log"; fail "configure"; }
 LD_LIBRARY_PATH=$scratch/other/$libdir build_and_run

@@ -14,6 +14,7 @@ fail() { echo "FAILED: $*" >&2; exit 1; }
 
 cmake -S "$source_dir/tests/install/subproject" -B "$scratch/build" -G Ninja \
   -DCMAKE_UNITY_BUILD=ON -DQORVII18N_SOURCE="$source_dir" >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
+grep -q 'CMAKE_BUILD_TYPE is not set' "$scratch/log" || fail "no word on the missing optimisation"
 cmake --build "$scratch/build" -j2 >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 "$scratch/build/consumer"
 "$scratch/build/mail_consumer"
