@@ -101,7 +101,8 @@ class QORVII18N_EXPORT HeaderLineCycle : public i18n::LineCycle {
   ~HeaderLineCycle() override;
 };
 
-/// What all encoders have in common.
+/// What all encoders have in common. Order of calls: get_limit_byte_size() once, encode() for each
+/// chunk of the text, complete() once.
 class QORVII18N_EXPORT GenericEncoder {
  public:
   /// Makes an encoder for one text.

@@ -1,5 +1,6 @@
-// How quoted-printable writes bytes: as they are, or as escapes of three characters. A table says
-// which: it has an entry for each byte value, 1 where the byte must be escaped.
+// How quoted-printable writes bytes: as they are, or as escapes of three characters. What a byte is
+// written as is its form. A table says which: it has an entry for each byte value, 1 where the byte
+// must be escaped.
 #pragma once
 
 #include <cstddef>

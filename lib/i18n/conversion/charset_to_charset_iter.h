@@ -16,6 +16,9 @@
 namespace i18n {
 
 // What the encoders pull from. Chunks are bytes of the target charset.
+//
+// Order of calls: construct, is_error(), the input, a limit if there is one, then next_chunk() and
+// get_chunk() or get_char_iter(), until is_error() or not has_next_chunk().
 class CharsetToCharsetIterPrototype : public ChunkIter<std::string_view>,
                                       public InStrKeeper<char>,
                                       public Error {

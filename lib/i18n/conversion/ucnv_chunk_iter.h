@@ -31,7 +31,9 @@ class InputMBCharTracer {
   ~InputMBCharTracer() = default;
 };
 
-// An iterator in error after construction (the charset did not open) can only be destroyed.
+// Order of calls: construct, is_error(), an input, then next_chunk() and get_chunk() as long as
+// has_next_chunk(). One in error after construction (the charset did not open) can only be
+// destroyed.
 //
 // A conversion failure sets the error flag; the chunk then holds what was converted before it. The
 // converter's own state goes on from chunk to chunk and from one input to the next.

@@ -7,6 +7,7 @@
 
 namespace fast {
 
+// Order of calls: get_room() and take_up_to() in turn, release() once.
 class Output {
  public:
   // expected_size: about how long the string will be, in bytes. One that turns out longer is moved.

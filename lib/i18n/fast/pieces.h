@@ -1,4 +1,5 @@
-// A text converted from one charset to another, piece by piece.
+// A text converted from one charset to another, piece by piece. Where a piece ends means nothing,
+// unlike the end of a chunk on the exact road.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +13,7 @@ namespace fast {
 
 using i18n::Bytes;
 
+// Order of calls: next() until a piece is empty, then has_failed().
 class Pieces {
  public:
   Pieces() = default;

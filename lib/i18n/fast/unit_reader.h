@@ -17,6 +17,7 @@ using i18n::Bytes;
 // ahead, or choose between forms by what they see.
 bool is_independent(const UConverter* converter);
 
+// Order of calls: read() until has_read_all() or has_failed().
 class UnitReader {
  public:
   UnitReader(i18n::ConverterPtr converter, Bytes text);
