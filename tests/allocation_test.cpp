@@ -1,9 +1,10 @@
 // What happens when memory runs out: the exception comes out, or the status, nothing leaks (the
-// leak checker tells), and the library works afterwards.
+// leak checker tells), nothing is kept that is not whole, and the same call then works.
 #include <qorvii18n/i18n_iconv.h>
-#include <qorvii18n/i18n_mail.h>
-#include <qorvii18n/i18n_mime.h>
+#include <sys/wait.h>
 #include <unicode/uclean.h>
+#include <unicode/ucnv.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -12,95 +13,14 @@
 #include <functional>
 #include <limits>
 #include <new>
-#include <utility>
 
+#include "support/calls.h"
 #include "support/testing.h"
 
 namespace {
 
 constexpr int no_limit = std::numeric_limits<int>::max();
 int allowance = no_limit;  // allocations before the one that fails
-
-// What a call stores is the caller's to release, even when the call then fails.
-struct Stored {
-  ~Stored() { i18n_mime_free(text); }
-  char* text = nullptr;
-};
-
-// Runs an action with its first allocation failing, then with its second, and so on until one is
-// not needed any more.
-template <class Action, class Check>
-void fail_each_allocation(Action action, Check check_afterwards) {
-  int failed_at = 0;
-  for (bool failed = true; failed; ++failed_at) {
-    SCOPED_TRACE("allocation " + std::to_string(failed_at) + " failed");
-    allowance = failed_at;
-    try {
-      action();
-      failed = allowance < 0;
-    } catch (const std::bad_alloc&) {
-    }
-    allowance = no_limit;
-    check_afterwards();
-  }
-  EXPECT_GT(failed_at, 1);
-}
-
-}  // namespace
-
-// The library is linked so that its calls of malloc come here.
-extern "C" void* __real_malloc(size_t size);
-extern "C" void* __wrap_malloc(size_t size) {
-  return allowance-- != 0 ? __real_malloc(size) : nullptr;
-}
-
-// The operators of this program serve the library, too.
-[[gnu::noinline]] void* operator new(size_t size) {
-  void* block = __wrap_malloc(size);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, size_t) noexcept { std::free(block); }
-
-// The first use of the tables is that of this program.
-TEST(OutOfMemory, LeavesNoTableHalfFilled) {
-  fail_each_allocation([] { i18n_mime_get_body_to_charset_name("UTF-8"); }, [] {});
-  EXPECT_STREQ(i18n_mime_get_body_to_charset_name("sjis"), "ISO-2022-JP");
-  EXPECT_STREQ(i18n_mime_get_header_to_charset_name("sjis"), "UTF-8");
-}
-
-TEST(OutOfMemory, ComesOutOfEveryCallAndLeavesTheLibraryUsable) {
-  const std::string input = "Gr\u00f6\u00dfe " + std::string(2000, '=');
-  const char* text = input.c_str();
-  const int size = static_cast<int>(input.size());
-  i18n_charset_t* utf8 = i18n_charset_open("UTF-8");
-  i18n_charset_t* latin1 = i18n_charset_open("ISO-8859-1");
-  i18n_mime_get_body_to_charset_name("UTF-8");
-  const std::function<char*(char*&)> calls[] = {
-      [&](char*&) { return i18n_mime_encode_qp(text, "UTF-8", "ISO-8859-1"); },
-      [&](char*&) { return i18n_mime_encode_header_b64(text, "UTF-8", "ISO-8859-1"); },
-      [&](char*& to) { return i18n_mime_encode(text, "UTF-8", "ISO-8859-1", 0.5, nullptr, &to); },
-      [&](char*&) { return i18n_iconv_easy(utf8, text, size, latin1, nullptr, nullptr); },
-      [&](char*& out) {
-        size_t position, length = 0;
-        i18n_iconv_easy_ex(utf8, text, input.size(), &position, latin1, &out, &length);
-        out[length] = '\0';
-        return std::exchange(out, nullptr);
-      },
-  };
-  for (const auto& call : calls) {
-    const auto run = [&call] {
-      Stored stored;
-      return take(call(stored.text));
-    };
-    const std::string expected = run();
-    const auto check = [&] { EXPECT_EQ(run(), expected); };
-    fail_each_allocation(check, check);
-  }
-}
-
-namespace {
 
 // ICU leaks a little when memory runs out while it opens a break iterator. Its blocks are never
 // freed here, so that this is not reported; what the library leaves with ICU, other tests would
@@ -127,77 +47,134 @@ void* icu_reallocate(const void* context, void* block, size_t size) {
 }
 void icu_free(const void*, void*) {}
 
-// From then on, in this process.
-void let_icu_fail_too() {
+// Those of ICU count, too. It keeps failures to load its data for good, so it does that first.
+void prepare_icu() {
   UErrorCode status = U_ZERO_ERROR;
+  for (int32_t i = 0; i < ucnv_countAvailable(); ++i) {
+    ucnv_close(ucnv_open(ucnv_getAvailableName(i), &status));
+  }
   u_setMemoryFunctions(nullptr, icu_allocate, icu_reallocate, icu_free, &status);
   ASSERT_TRUE(U_SUCCESS(status));
 }
 
+const std::string threw = "threw";
+
+// Lets one allocation fail.
+std::string run(const Call& call, int allowed, bool* failed = nullptr) {
+  std::string result = threw;
+  allowance = allowed;
+  try {
+    result = call.run();
+  } catch (const std::bad_alloc&) {
+  }
+  if (failed != nullptr) *failed = allowance < 0;
+  allowance = no_limit;
+  return result;
+}
+
+// What a function says in a process of its own.
+std::string run_elsewhere(const std::function<std::string()>& function) {
+  int ends[2];
+  EXPECT_EQ(pipe(ends), 0);
+  if (fork() == 0) {
+    const std::string text = function();
+    const bool is_written = write(ends[1], text.data(), text.size()) == ssize_t(text.size());
+    _exit(is_written ? 0 : 1);
+  }
+  close(ends[1]);
+  std::string text;
+  char buffer[4096];
+  for (ssize_t size; (size = read(ends[0], buffer, sizeof buffer)) > 0;) text.append(buffer, size);
+  close(ends[0]);
+  int status = -1;
+  wait(&status);
+  EXPECT_EQ(status, 0);
+  return text;
+}
+
 }  // namespace
 
-TEST(OutOfMemory, IsAStatusOfMailsAndLeavesTheLibraryUsable) {
-  let_icu_fail_too();
-  const std::string mixed = "a \u65e5\u672c\u8a9e \uac00\uac01 " + std::string(300, '=') + "\u20ac";
-  const std::string latin = "\xfc.,\x80 " + std::string(100, 'x');
-  const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466\U0001F468";
-  const i18n_mail_address_t items[] = {
-      {latin.data(), latin.size(), "a@b"}, {"a", 1, "j@k\u00f6ln.example"}};
-  using Call = std::function<char*(i18n_mail_error_t*)>;
-  const Call calls[] = {
-      [&](auto* error) {
-        return i18n_mail_header("Subject", mixed.data(), mixed.size(), "UTF-8", "gb18030", error);
-      },
-      [&](auto* error) {
-        return i18n_mail_header("Subject", family.data(), family.size(), nullptr, nullptr, error);
-      },
-      [&](auto* error) {
-        return i18n_mail_addresses("To", items, 2, "windows-1252", "ISO-8859-15", error);
-      },
-      [&](auto* error) {
-        return i18n_mail_text(
-            "plain", latin.data(), latin.size(), "cp1252", "ISO-2022-JP-2", error);
-      },
-      [&](auto* error) { return i18n_mail_data("a/b", mixed.data(), mixed.size(), error); },
-  };
-  for (const Call& call : calls) {
-    bool failed = false;  // an allocation, of the last run
-    const auto run = [&](int allocations) {
-      i18n_mail_error_t error;
-      allowance = allocations;
-      char* result = call(&error);
-      failed = std::exchange(allowance, no_limit) < 0;
-      EXPECT_EQ(error.status, result == nullptr ? I18N_MAIL_OUT_OF_MEMORY : I18N_MAIL_OK);
-      return result != nullptr ? take(result) : "";
-    };
-    // What ICU sets up once in a process stays as it is when that fails, so it comes first.
-    const std::string expected = run(no_limit);
-    int failures = 0, allocations = 0;
-    for (failed = true; failed && allocations < 1000; ++allocations) {
-      const std::string made = run(allocations);
-      failures += made.empty();
-      // ICU can do without some of its memory.
-      EXPECT_TRUE(made.empty() ? failed : made == expected) << "allocation " << allocations;
-      const bool was_needed = failed;
-      EXPECT_EQ(run(no_limit), expected) << "after allocation " << allocations << " failed";
-      failed = was_needed;
+// The library is linked so that its calls of malloc come here.
+extern "C" void* __real_malloc(size_t size);
+extern "C" void* __wrap_malloc(size_t size) {
+  return allowance-- != 0 ? __real_malloc(size) : nullptr;
+}
+
+// The operators of this program serve the library, too.
+[[gnu::noinline]] void* operator new(size_t size) {
+  void* block = __wrap_malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, size_t) noexcept { std::free(block); }
+
+// Each in a process that has not used the library yet, so that what it makes for good is made then.
+TEST(OutOfMemory, AtTheFirstUseLeavesNothingHalfMade) {
+  prepare_icu();
+  for (const Call& call : get_calls()) {
+    const std::string expected = run_elsewhere([&] { return run(call, no_limit); });
+    ASSERT_NE(expected, threw) << call.name;
+    bool was_needed = true;
+    // The first ones one by one; lists of all charsets take a thousand.
+    for (int allowed = 0; was_needed; allowed += 1 + allowed / 16) {
+      const std::string both = run_elsewhere([&] {
+        bool failed;
+        const std::string first = run(call, allowed, &failed);
+        return (failed ? "failed\n" : "\n") + first + '\n' + run(call, no_limit);
+      });
+      was_needed = both.starts_with("failed");
+      const std::string results = both.substr(both.find('\n') + 1);
+      EXPECT_TRUE(results == threw + '\n' + expected || results == expected + '\n' + expected)
+          << call.name << ", allocation " << allowed << ": " << results;
     }
-    EXPECT_GT(failures, 2);
-    EXPECT_FALSE(failed);
   }
 }
 
-// ICU then opens no converter, which is a failure like any other.
-TEST(OutOfMemory, InIcuIsAFailedConversion) {
-  const std::string text = "Gr\u00f6\u00dfe";
-  const auto run = [&text] {
-    return take(i18n_mime_encode_qp(text.c_str(), "UTF-8", "ISO-8859-15"));
+TEST(OutOfMemory, LeavesTheLibraryUsable) {
+  prepare_icu();
+  int throws = 0;
+  for (const Call& call : get_calls()) {
+    const std::string expected = run(call, no_limit);
+    bool was_needed = true;
+    for (int allowed = 0; was_needed; ++allowed) {
+      const std::string first = run(call, allowed, &was_needed);
+      EXPECT_TRUE(first == expected || first == threw) << call.name << ' ' << allowed << first;
+      EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
+      throws += first == threw;
+    }
+  }
+  EXPECT_GT(throws, 100);
+}
+
+// Handles hold what a failure left over.
+TEST(OutOfMemory, LeavesWhatHandlesHold) {
+  prepare_icu();
+  const auto leave_half_a_character = [] { return convert("UTF-8", "\u20ac", "UTF-8", 1); };
+  const auto leave_a_shift = [] { return convert("SCSU", "\x01", "US-ASCII"); };
+  const std::pair<std::string (*)(), Call> cases[] = {
+      {leave_half_a_character,
+          {"to the same handle", [] { return convert("UTF-8", "ab\u20ac\u20ac", "UTF-8", 6); }}},
+      {leave_half_a_character,
+          {"allocated", [] { return convert("ISO-8859-1", "abcdefg", "UTF-8"); }}},
+      {leave_half_a_character, {"reset", [] { return convert_easy("UTF-8", "abc", "UTF-8"); }}},
+      {leave_a_shift, {"from", [] { return convert("SCSU", "a\xe9", "US-ASCII"); }}},
+      {leave_a_shift, {"from, reset", [] { return convert_easy("SCSU", "a", "UTF-16"); }}},
   };
-  const std::string expected = run();
-  let_icu_fail_too();
-  const auto check_either = [&] {
-    const std::string result = run();
-    EXPECT_TRUE(result == expected || result == text) << result;
-  };
-  fail_each_allocation(check_either, [&] { EXPECT_EQ(run(), expected); });
+  for (const auto& [leave, call] : cases) {
+    const auto prepare = [&] {
+      convert_easy("UTF-8", "", "UTF-8");
+      convert_easy("SCSU", "", "US-ASCII");
+      leave();
+    };
+    prepare();
+    const std::string expected = run(call, no_limit);
+    bool was_needed = true;
+    for (int allowed = 0; was_needed; ++allowed) {
+      prepare();
+      if (run(call, allowed, &was_needed) == threw) {
+        EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
+      }
+    }
+  }
 }

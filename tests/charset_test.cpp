@@ -4,8 +4,8 @@
 #include <qorvii18n/i18n.hpp>
 
 #include "charset/charset.h"
-#include "charset/converter.h"
 #include "support/testing.h"
+#include "text/charset/converter.h"
 
 namespace {
 int opened_converters;
@@ -62,7 +62,7 @@ TEST(Charset, TheListHoldsEveryConverterByName) {
 
 TEST(Converter, HasNoFallbackMappings) {
   const char16_t fullwidth_a = u'\uff21';
-  i18n::ConverterPtr owned(i18n::open_ucnv_converter("windows-1252"));
+  text::ConverterPtr owned(i18n::open_ucnv_converter("windows-1252"));
   for (auto* converter : {owned.get(), i18n_charset_open("windows-1252")->converter}) {
     UErrorCode status = U_ZERO_ERROR;
     char bytes[8];

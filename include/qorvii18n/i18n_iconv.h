@@ -6,7 +6,7 @@
 ///    by ICU where the target lacks them.
 /// 2. Lengths and positions are in bytes. Input may contain NUL bytes.
 /// 3. Failure is a null result or a negative status. Nothing is printed. When memory runs out,
-///    std::bad_alloc is thrown, which ends a C program.
+///    std::bad_alloc is thrown, which ends a C program; the handles are then as before the call.
 /// 4. Buffers that a function allocates belong to the caller and are released with
 ///    i18n_iconv_free(); conversion handles belong to the caller until i18n_iconv_close().
 /// 5. Thread rules: the one-shot conversions run on the charset handles' own converters, so two of
@@ -102,7 +102,8 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 /// bytes in front of every text, gives -2 with a length of 1. Bytes held from an earlier failure
 /// need room, too. Otherwise *output is the buffer to fill.
 /// @param output_length  On entry the capacity of a buffer that was given. On return the number of
-/// bytes written, also after -2 and -4. Not null. The output is not NUL-terminated.
+/// bytes written, also after -2 and -4. Not null. The output is not NUL-terminated. When memory runs
+/// out, *output_length is 0, and *output as it was: nothing is left to release.
 /// @return One of
 ///   - 0: converted, or the output side failed in a way not listed here, of which half a surrogate
 ///     pair at the end of the text is one

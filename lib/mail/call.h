@@ -8,7 +8,8 @@
 #include <string>
 
 #include <qorvii18n/i18n_mail.h>
-#include <unicode/utypes.h>
+
+#include "text/charset/converter.h"
 
 namespace mail {
 
@@ -23,10 +24,7 @@ struct Failure {
   throw Failure{status, position};
 }
 
-// ICU's way of saying that memory ran out.
-inline void check_memory(UErrorCode status) {
-  if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
-}
+using text::check_memory;
 
 inline char* copy_result(const std::string& text) {
   auto* result = static_cast<char*>(std::malloc(text.size() + 1));

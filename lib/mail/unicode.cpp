@@ -9,10 +9,6 @@ namespace mail {
 
 namespace {
 
-// ICU's own stop callback lets characters vanish that show nothing.
-void stop(const void*, UConverterFromUnicodeArgs*, const UChar*, int32_t, UChar32,
-          UConverterCallbackReason, UErrorCode*) {}
-
 // How many elements of the input a converter that stopped has taken without converting them: those
 // that it will look at again, and those that it reports.
 constexpr int8_t longest_report = 32;
@@ -75,15 +71,9 @@ Outcome convert(Function function, UConverter* converter, std::basic_string_view
 }  // namespace
 
 icu::LocalUConverterPointer open_converter(const char* charset) {
-  UErrorCode status = U_ZERO_ERROR;
-  icu::LocalUConverterPointer converter(ucnv_open(charset, &status));
-  check_memory(status);
-  if (converter.isNull()) return converter;
-  ucnv_setFallback(converter.getAlias(), false);
-  ucnv_setFromUCallBack(converter.getAlias(), stop, nullptr, nullptr, nullptr, &status);
-  ucnv_setToUCallBack(converter.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                      &status);
-  return converter;
+  text::ConverterPtr converter = text::open_converter(charset);
+  if (converter) text::make_lossless(converter.get());
+  return icu::LocalUConverterPointer(converter.release());
 }
 
 Outcome to_unicode(UConverter* converter, std::string_view bytes, std::u16string& units,

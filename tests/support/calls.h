@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 struct Call {
   const char* name;
@@ -14,3 +15,7 @@ struct Call {
 // In an order in which no call needs an earlier one. The texts are constants: this can be called
 // before main() and after it.
 std::span<const Call> get_calls();
+
+// One-shot conversions, and all that comes out of them. A capacity of 0 has the output allocated.
+std::string convert_easy(const char* from, std::string_view text, const char* to);
+std::string convert(const char* from, std::string_view text, const char* to, size_t capacity = 0);

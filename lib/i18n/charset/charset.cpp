@@ -8,8 +8,8 @@
 
 #include <qorviks.h>
 
-#include "charset/converter.h"
 #include "core/c_string.h"
+#include "text/charset/converter.h"
 
 namespace {
 
@@ -34,16 +34,18 @@ void enter_handle(const char* name, i18n_charset_t* charset) {
 
 const char* canonical_name(const UConverter* converter) {
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_getName(converter, &status);
+  const char* const name = ucnv_getName(converter, &status);
+  text::check_memory(status);
+  return name;
 }
 
 // The standards' names are those of the name asked for, not of the converter found for it.
 const char* preferred_name(const char* name, const UConverter* converter) {
   for (const char* standard : {"MIME", "IANA"}) {
     UErrorCode status = U_ZERO_ERROR;
-    if (const char* standard_name = ucnv_getStandardName(name, standard, &status)) {
-      return standard_name;
-    }
+    const char* const standard_name = ucnv_getStandardName(name, standard, &status);
+    text::check_memory(status);
+    if (standard_name != nullptr) return standard_name;
   }
   if (const char* canonical = canonical_name(converter)) return canonical;
   return i18n::copy_c_string(name).release();
@@ -68,7 +70,7 @@ i18n_charset_t* i18n_charset_open(const char* name) {
   if (registry == nullptr) registry = hash_str_create(200, 8, 0);
   if (i18n_charset_t* known = find_handle(name)) return known;
 
-  i18n::ConverterPtr converter = i18n::open_plain_converter(name);
+  text::ConverterPtr converter = text::open_converter(name);
   if (!converter) return nullptr;
   const char* canonical = canonical_name(converter.get());
   const bool is_alias = canonical != nullptr && std::strcmp(canonical, name) != 0;
@@ -79,7 +81,7 @@ i18n_charset_t* i18n_charset_open(const char* name) {
     }
   }
 
-  i18n::make_strict(converter.get());
+  text::make_strict(converter.get());
   auto charset = std::make_unique<i18n_charset_t>();
   charset->converter = converter.get();
   charset->name = preferred_name(name, converter.get());

@@ -6,8 +6,8 @@
 struct UConverter;
 
 struct i18n_charset_t {
-  UConverter* converter;  // owned, strict, never closed
-  const char* name;       // the preferred name, in ICU's alias data
+  mutable UConverter* converter;  // owned, strict, never closed but for a copy in its place
+  const char* name;               // the preferred name, in ICU's alias data
 
   // Whether the last text that a one-shot conversion read or wrote ended in a failure, which leaves
   // the converter in the middle of it. ICU resets a converter at the end of any other text.

@@ -4,11 +4,12 @@
 
 #include <qorvii18n/i18n_iconv.h>
 
+#include "charset/beginning.h"
 #include "charset/charset.h"
-#include "charset/converter.h"
 #include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"
+#include "text/charset/converter.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ using i18n::Progress;
 // without them, and they are left to start over when that fails. Compound text is not for this: ICU
 // does not reset all of its converter.
 bool can_start_without_reset(const UConverter* converter, bool is_unfinished) {
-  return !is_unfinished && i18n::is_copyable(converter);
+  return !is_unfinished && text::is_copyable(converter);
 }
 
 int32_t read_from_start(const i18n_charset_t& charset, std::string_view input, UChar* units,
@@ -31,6 +32,7 @@ int32_t read_from_start(const i18n_charset_t& charset, std::string_view input, U
   }
   const auto size = static_cast<int32_t>(input.size());
   const int32_t length = ucnv_toUChars(converter, units, size, input.data(), size, status);
+  text::check_memory(*status);
   charset.has_unfinished_input = U_FAILURE(*status);
   return length;
 }
@@ -49,6 +51,7 @@ int32_t write_from_start(const i18n_charset_t& charset, std::u16string_view text
   }
   const auto units = static_cast<int32_t>(text.size());
   const int32_t length = ucnv_fromUChars(converter, output, capacity, text.data(), units, status);
+  text::check_memory(*status);
   charset.has_unfinished_output = U_FAILURE(*status);
   return length;
 }
@@ -72,6 +75,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
     if (result && output_length != nullptr) *output_length = static_cast<int64_t>(length);
     if (result) return result.release();
   }
+  const i18n::Beginning before_reading(*from, i18n::reading);
   i18n::Units buffer(bytes.size());
   UErrorCode status = U_ZERO_ERROR;
   const int32_t units = read_from_start(*from, bytes, buffer.get(), &status);
@@ -87,6 +91,7 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
     output = allocated.get();
   }
 
+  const i18n::Beginning before_writing(*to, i18n::writing);
   status = U_ZERO_ERROR;
   const std::u16string_view text(buffer.get(), static_cast<size_t>(units));
   const int32_t length = write_from_start(*to, text, output, capacity, &status);

@@ -2,13 +2,13 @@
 // take as long as the conversion: then the text is converted once more, with offsets.
 #include <algorithm>
 #include <functional>
-#include <utility>
+#include <memory>
 #include <vector>
 
 #include <qorvii18n/i18n_iconv.h>
 
+#include "charset/beginning.h"
 #include "charset/charset.h"
-#include "charset/converter.h"
 #include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"
@@ -32,26 +32,6 @@ enum Result {
   kUnmappable = -4
 };
 
-// Makes a converter in the state that another one is in now. That is mostly the initial state,
-// which need not be kept until it is wanted.
-class Beginning {
- public:
-  Beginning(const UConverter* converter, bool is_unfinished)
-      : original_(converter), copy_(is_unfinished ? i18n::copy_converter(converter) : nullptr) {}
-
-  // To be called once. Null when the converter cannot be copied.
-  i18n::ConverterPtr make_converter() {
-    if (copy_) return std::move(copy_);
-    i18n::ConverterPtr initial = i18n::copy_converter(original_);
-    if (initial) ucnv_reset(initial.get());
-    return initial;
-  }
-
- private:
-  const UConverter* original_;
-  i18n::ConverterPtr copy_;
-};
-
 // The input, and what it is in UTF-16.
 class Source {
  public:
@@ -61,8 +41,8 @@ class Source {
         input_(input),
         capacity_(std::min(2 * input_.size(), max_target_units)),
         units_(capacity_),
-        beginning_(charset.converter, charset.has_unfinished_input) {
-    if (will_be_overwritten || !i18n::is_copyable(charset.converter)) {
+        beginning_(charset, i18n::reading) {
+    if (will_be_overwritten || !text::is_copyable(charset.converter)) {
       offsets_.assign(capacity_, i18n::no_offset);
     }
   }
@@ -97,7 +77,7 @@ class Source {
   i18n::Units units_;
   size_t length_ = 0;
   Offsets offsets_;  // empty when the input was read without
-  Beginning beginning_;
+  i18n::Beginning beginning_;
 };
 
 class Target {
@@ -106,7 +86,7 @@ class Target {
       : charset_(charset),
         output_(output),
         capacity_(capacity),
-        beginning_(charset.converter, charset.has_unfinished_output) {}
+        beginning_(charset, i18n::writing) {}
 
   Progress write(std::u16string_view text) {
     const Progress progress = i18n::from_unicode(charset_, text, output_, capacity_, nullptr);
@@ -115,11 +95,13 @@ class Target {
   }
 
   // The unit from which the last byte of the output came, no_offset when that is not known. Writes
-  // the same output once more.
-  int32_t find_last_unit(std::u16string_view text) {
+  // the same output once more, to another place.
+  int32_t find_last_unit(std::u16string_view text) const {
     if (length_ == 0) return i18n::no_offset;
+    const auto scratch = std::make_unique_for_overwrite<char[]>(length_);
     Offsets offsets(length_, i18n::no_offset);
-    i18n::from_unicode(beginning_.make_converter().get(), text, output_, length_, offsets.data());
+    i18n::from_unicode(beginning_.make_converter().get(), text, scratch.get(), length_,
+                       offsets.data());
     return offsets.back();
   }
 
@@ -128,7 +110,7 @@ class Target {
   char* output_;
   size_t capacity_;
   size_t length_ = 0;
-  Beginning beginning_;
+  i18n::Beginning beginning_;
 };
 
 bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
@@ -138,13 +120,6 @@ bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
 }
 
 constexpr size_t bytes_per_unit = 14;  // more than any charset needs, escape sequences included
-
-// Stores the buffer and returns its size.
-size_t allocate_output(size_t units, char** output) {
-  const size_t capacity = bytes_per_unit * units + 1;
-  *output = i18n::allocate_c_string(capacity).release();
-  return capacity;
-}
 
 Result get_read_failure(UErrorCode status) {
   return status == U_INDEX_OUTOFBOUNDS_ERROR || status == U_TRUNCATED_CHAR_FOUND ? kTruncatedInput
@@ -164,6 +139,7 @@ Result get_write_result(UErrorCode status) {
 
 }  // namespace
 
+// Nothing is stored before the last thing that can throw.
 int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t input_length,
                        size_t* error_position, const i18n_charset_t* to, char** output,
                        size_t* output_length) {
@@ -188,11 +164,17 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   }
 
   const std::u16string_view text = source.get_text();
-  if (!is_callers) capacity = std::min(allocate_output(text.size(), output), max_target_bytes);
-  Target target(*to, *output, capacity);
+  i18n::CString allocated;
+  if (!is_callers) {
+    const size_t size = bytes_per_unit * text.size() + 1;
+    allocated = i18n::allocate_c_string(size);
+    capacity = std::min(size, max_target_bytes);
+  }
+  Target target(*to, is_callers ? *output : allocated.get(), capacity);
   const Progress writing = target.write(text);
-  *output_length = writing.produced;
   const Result result = get_write_result(writing.status);
   if (result != kConverted) *error_position = source.find_byte(target.find_last_unit(text));
+  if (!is_callers) *output = allocated.release();
+  *output_length = writing.produced;
   return result;
 }

@@ -1,34 +1,37 @@
 // Conversion handles.
-#include <memory>
+#include <new>
 #include <utility>
 
 #include <qorvii18n/i18n_iconv.h>
 
 #include "charset/charset.h"
-#include "charset/converter.h"
 #include "core/c_string.h"
+#include "text/charset/converter.h"
 
 struct i18n_iconv_t {
-  i18n::ConverterPtr from_converter;
-  i18n::ConverterPtr to_converter;
+  text::ConverterPtr from_converter;
+  text::ConverterPtr to_converter;
 };
 
 namespace {
 
-i18n::ConverterPtr copy_or_open_anew(const UConverter* converter, UErrorCode* status) {
-  if (i18n::is_copyable(converter)) return i18n::ConverterPtr(ucnv_clone(converter, status));
-  i18n::ConverterPtr opened(ucnv_open(ucnv_getName(converter, status), status));
-  if (opened) i18n::make_strict(opened.get());
+text::ConverterPtr copy_or_open_anew(const UConverter* converter) try {
+  if (text::is_copyable(converter)) return text::copy_converter(converter);
+  UErrorCode status = U_ZERO_ERROR;
+  text::ConverterPtr opened = text::open_converter(ucnv_getName(converter, &status));
+  if (opened) text::make_strict(opened.get());
   return opened;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 }  // namespace
 
 i18n_iconv_t* i18n_iconv_open(const i18n_charset_t* to, const i18n_charset_t* from) {
-  UErrorCode status = U_ZERO_ERROR;  // after a failure of the first, the second fails at once
-  i18n::ConverterPtr from_copy = copy_or_open_anew(from->converter, &status);
-  i18n::ConverterPtr to_copy = copy_or_open_anew(to->converter, &status);
-  if (!from_copy || !to_copy) return nullptr;
+  text::ConverterPtr from_copy = copy_or_open_anew(from->converter);
+  if (!from_copy) return nullptr;
+  text::ConverterPtr to_copy = copy_or_open_anew(to->converter);
+  if (!to_copy) return nullptr;
   return new i18n_iconv_t{std::move(from_copy), std::move(to_copy)};
 }
 

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "text/charset/converter.h"
+
 namespace i18n {
 
 namespace {
@@ -32,6 +34,7 @@ Progress to_unicode(UConverter* converter, std::string_view input, UChar* units,
   UChar* target = units;
   ucnv_toUnicode(converter, &target, units + capacity, &source, input.data() + input.size(),
                  offsets, true, &status);
+  text::check_memory(status);
   return {status, static_cast<size_t>(source - input.data()), static_cast<size_t>(target - units)};
 }
 
@@ -42,6 +45,8 @@ Progress from_unicode(UConverter* converter, std::u16string_view text, char* out
   char* target = output;
   ucnv_fromUnicode(converter, &target, output + capacity, &source, text.data() + text.size(),
                    offsets, true, &status);
+  text::check_memory(status);
+  text::check_memory(status);
   return {status, static_cast<size_t>(source - text.data()), static_cast<size_t>(target - output)};
 }
 

@@ -32,7 +32,7 @@ struct Progress {
 
 // Each converts a whole text, from the state that the converter is in. offsets may be null; else it
 // gets, for each element of the target, the index in the source from which that came. A null
-// converter is an error like any other.
+// converter is an error like any other; memory that runs out is an exception.
 Progress to_unicode(UConverter* converter, std::string_view input, UChar* units, size_t capacity,
                     int32_t* offsets);
 Progress from_unicode(UConverter* converter, std::u16string_view text, char* output,

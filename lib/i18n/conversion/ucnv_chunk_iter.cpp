@@ -137,6 +137,7 @@ void ToUnicodeIter::ucnv_convert() {
   UErrorCode code = static_cast<UErrorCode>(status);
   ucnv_toUnicode(converter.get(), &target, target_limit, &source, source_limit, offsets_target,
                  is_last_call(), &code);
+  text::check_memory(code);
   status = code;
   if (!ucnv_is_ok() && report_errors) report_failure();
 }
@@ -153,6 +154,7 @@ void FromUnicodeIter::ucnv_convert() {
   // Kept bytes can already take more than a limit that was lowered after they were kept.
   ucnv_fromUnicode(converter.get(), &target, std::max(target, target_limit), &source, source_limit,
                    offsets_target, is_last_call(), &code);
+  text::check_memory(code);
   status = code;
   if (ucnv_is_ok() || !report_errors) return;
   const std::int64_t position = get_error_position();

@@ -8,11 +8,11 @@
 
 #include <qorvii18n/i18n.hpp>
 
-#include "charset/converter.h"
 #include "conversion/char_iter.h"
 #include "conversion/str_with_offsets.h"
 #include "core/chunk_iter.h"
 #include "core/in_str_keeper.h"
+#include "text/charset/converter.h"
 
 namespace i18n {
 
@@ -78,7 +78,7 @@ class UcnvChunkIter : public UcnvErrorHandler,
   std::basic_string<In> get_units(std::int64_t begin, std::int64_t count) const;
 
   std::int32_t chunk_size;
-  ConverterPtr converter;
+  text::ConverterPtr converter;
   const In* source;
   const In* in_begin;
   const In* in_end;

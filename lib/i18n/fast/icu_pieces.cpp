@@ -4,9 +4,9 @@
 
 namespace fast {
 
-IcuPieces::IcuPieces(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text)
+IcuPieces::IcuPieces(text::ConverterPtr from, text::ConverterPtr to, Bytes text)
     : reader_(std::move(from), text), to_(std::move(to)), expected_size_(text.size()) {
-  i18n::make_strict(to_.get());
+  text::make_strict(to_.get());
 }
 
 Bytes IcuPieces::next() {
@@ -28,6 +28,7 @@ Bytes IcuPieces::write() {
   const char16_t* source = units_.data();
   ucnv_fromUnicode(to_.get(), &target, bytes_ + byte_count, &source, units_.data() + units_.size(),
                    nullptr, static_cast<UBool>(reader_.has_read_all()), &status);
+  text::check_memory(status);
   units_.remove_prefix(static_cast<size_t>(source - units_.data()));
   has_output_left_ = status == U_BUFFER_OVERFLOW_ERROR;
   failed_ = U_FAILURE(status) && !has_output_left_;

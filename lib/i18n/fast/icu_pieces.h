@@ -5,15 +5,15 @@
 
 #include <unicode/ucnv.h>
 
-#include "charset/converter.h"
 #include "fast/pieces.h"
 #include "fast/unit_reader.h"
+#include "text/charset/converter.h"
 
 namespace fast {
 
 class IcuPieces final : public Pieces {
  public:
-  IcuPieces(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text);
+  IcuPieces(text::ConverterPtr from, text::ConverterPtr to, Bytes text);
 
   Bytes next() override;
   bool has_failed() const override { return failed_; }
@@ -25,7 +25,7 @@ class IcuPieces final : public Pieces {
   Bytes write();
 
   UnitReader reader_;
-  i18n::ConverterPtr to_;
+  text::ConverterPtr to_;
   size_t expected_size_;
   std::u16string_view units_;     // not yet written
   bool has_output_left_ = false;  // of units that the converter took

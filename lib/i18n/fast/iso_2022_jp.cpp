@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "charset/converter.h"
 #include "fast/unit_reader.h"
+#include "text/charset/converter.h"
 
 namespace fast {
 
@@ -26,9 +27,9 @@ constexpr std::string_view to_ascii = "\x1b(B";
 class Codes {
  public:
   Codes() : codes_(0x10000) {
-    const i18n::ConverterPtr converter = i18n::open_plain_converter(canonical_name);
+    const text::ConverterPtr converter = text::open_converter(canonical_name);
     if (!converter) return;
-    i18n::make_strict(converter.get());
+    text::make_strict(converter.get());
     for (char16_t unit = 0; unit < 0x80; ++unit) {
       if (unit != 0x0e && unit != 0x0f && unit != 0x1b) add(converter.get(), unit, unit);
     }
@@ -86,10 +87,15 @@ class Codes {
   std::vector<std::uint16_t> codes_;
 };
 
-// Kept until the process is gone: destructors and threads may still encode while it ends.
-const Codes& get_codes() {
-  static const Codes& codes = *new Codes;
-  return codes;
+// Kept until the process is gone: destructors and threads may still encode while it ends. Null when
+// there is no memory for it.
+const Codes* get_codes() {
+  try {
+    static const Codes& codes = *new Codes;
+    return &codes;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 unsigned char* put(unsigned char* out, std::string_view text) {
@@ -98,8 +104,10 @@ unsigned char* put(unsigned char* out, std::string_view text) {
 
 class Iso2022JpPieces final : public Pieces {
  public:
-  Iso2022JpPieces(i18n::ConverterPtr from, Bytes text)
-      : reader_(std::move(from), text), expected_size_(text.size() + text.size() / 8) {}
+  Iso2022JpPieces(const Codes& codes, text::ConverterPtr from, Bytes text)
+      : codes_(codes),
+        reader_(std::move(from), text),
+        expected_size_(text.size() + text.size() / 8) {}
 
   Bytes next() override {
     unsigned char* out = bytes_;
@@ -133,7 +141,7 @@ class Iso2022JpPieces final : public Pieces {
     return out;
   }
 
-  const Codes& codes_ = get_codes();
+  const Codes& codes_;
   UnitReader reader_;
   size_t expected_size_;
   bool is_in_jis_ = false;  // the text written so far ends shifted
@@ -153,11 +161,13 @@ std::unique_ptr<Pieces> open_iso_2022_jp(const char* from_charset, const char* t
                                          Bytes text) {
   constexpr size_t least_size = 16384;
   if (text.size() < least_size) return nullptr;
-  const i18n::ConverterPtr to = i18n::open_plain_converter(to_charset);
+  const text::ConverterPtr to = text::open_converter(to_charset);
   if (!to || !is_iso_2022_jp(to.get())) return nullptr;
-  i18n::ConverterPtr from = i18n::open_plain_converter(from_charset);
+  text::ConverterPtr from = text::open_converter(from_charset);
   if (!from || !is_independent(from.get())) return nullptr;
-  return std::make_unique<Iso2022JpPieces>(std::move(from), text);
+  const Codes* const codes = get_codes();
+  return codes != nullptr ? std::make_unique<Iso2022JpPieces>(*codes, std::move(from), text)
+                          : nullptr;
 }
 
 }  // namespace fast

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <utility>
 
-#include "charset/converter.h"
 #include "fast/icu_pieces.h"
+#include "text/charset/converter.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf8.h"
 
@@ -70,15 +70,15 @@ Kind get_kind(const UConverter* converter) {
 // A charset by its name; no converter is opened for the most frequent one.
 struct Charset {
   explicit Charset(const char* name)
-      : converter(is_utf8_name(name) ? nullptr : i18n::open_plain_converter(name)),
+      : converter(is_utf8_name(name) ? nullptr : text::open_converter(name)),
         is_open(is_utf8_name(name) || converter != nullptr),
         kind(converter == nullptr ? Kind::kUtf8 : get_kind(converter.get())) {}
 
-  i18n::ConverterPtr take_converter() {
-    return converter ? std::move(converter) : i18n::open_plain_converter("UTF-8");
+  text::ConverterPtr take_converter() {
+    return converter ? std::move(converter) : text::open_converter("UTF-8");
   }
 
-  i18n::ConverterPtr converter;
+  text::ConverterPtr converter;
   bool is_open;
   Kind kind;
 };
@@ -100,7 +100,7 @@ std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
   return nullptr;
 }
 
-std::unique_ptr<Pieces> open_with_icu(i18n::ConverterPtr from, i18n::ConverterPtr to, Bytes text) {
+std::unique_ptr<Pieces> open_with_icu(text::ConverterPtr from, text::ConverterPtr to, Bytes text) {
   if (!from || !to) return nullptr;  // one that opens as a rule does not when memory runs out
   if (!is_independent(from.get()) || !is_independent(to.get())) return nullptr;
   return std::make_unique<IcuPieces>(std::move(from), std::move(to), text);

@@ -21,11 +21,11 @@ bool is_independent(const UConverter* converter) {
   }
 }
 
-UnitReader::UnitReader(i18n::ConverterPtr converter, Bytes text)
+UnitReader::UnitReader(text::ConverterPtr converter, Bytes text)
     : converter_(std::move(converter)),
       source_(reinterpret_cast<const char*>(text.data())),
       source_end_(source_ + text.size()) {
-  i18n::make_strict(converter_.get());
+  text::make_strict(converter_.get());
 }
 
 std::u16string_view UnitReader::read() {
@@ -36,6 +36,7 @@ std::u16string_view UnitReader::read() {
   char16_t* target = units_;
   ucnv_toUnicode(converter_.get(), &target, units_ + unit_count, &source_, limit, nullptr,
                  static_cast<UBool>(is_last), &status);
+  text::check_memory(status);
   const bool is_full = status == U_BUFFER_OVERFLOW_ERROR;
   failed_ = U_FAILURE(status) && !is_full;
   is_at_end_ = is_last && !is_full;

@@ -6,8 +6,8 @@
 
 #include <unicode/ucnv.h>
 
-#include "charset/converter.h"
 #include "core/bytes.h"
+#include "text/charset/converter.h"
 
 namespace fast {
 
@@ -20,7 +20,7 @@ bool is_independent(const UConverter* converter);
 // Order of calls: read() until has_read_all() or has_failed().
 class UnitReader {
  public:
-  UnitReader(i18n::ConverterPtr converter, Bytes text);
+  UnitReader(text::ConverterPtr converter, Bytes text);
 
   // The next units, valid until the next call; in between there can be none.
   std::u16string_view read();
@@ -30,7 +30,7 @@ class UnitReader {
   static constexpr size_t unit_count = 1024;
 
  private:
-  i18n::ConverterPtr converter_;
+  text::ConverterPtr converter_;
   const char* source_;
   const char* source_end_;
   bool is_at_end_ = false;

@@ -6,6 +6,7 @@
 #include <unicode/ucnv.h>
 
 #include "charset/diagnostics.h"
+#include "text/charset/converter.h"
 
 namespace {
 
@@ -43,6 +44,7 @@ void enter_charset(hash_str_t* table, const char* normalised_name, const char* c
 void add_charset_aliases(const char* charset, const char* value, hash_str_t* table) {
   UErrorCode status = U_ZERO_ERROR;
   const uint16_t count = ucnv_countAliases(charset, &status);
+  text::check_memory(status);
   if (U_FAILURE(status)) {
     i18n::print_message(i18n::Message::kInvalidCharsetAlias, charset);
     return;
@@ -50,6 +52,7 @@ void add_charset_aliases(const char* charset, const char* value, hash_str_t* tab
   for (uint16_t i = 0; i < count; ++i) {
     status = U_ZERO_ERROR;
     const char* alias = ucnv_getAlias(charset, i, &status);
+    text::check_memory(status);
     if (U_FAILURE(status)) continue;
     enter_charset(table, normalise_charset_name(alias).get(), value);
   }

@@ -1,22 +1,30 @@
-// Strict ICU converters: no fallback mappings, and a stop at the first character that cannot be
-// converted.
+// ICU's converters, opened and copied. What ICU refuses is null; when it has no memory,
+// std::bad_alloc is thrown.
 #pragma once
 
 #include <memory>
 
 #include <unicode/ucnv.h>
 
-namespace i18n {
+namespace text {
 
 struct ConverterCloser {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 using ConverterPtr = std::unique_ptr<UConverter, ConverterCloser>;
 
-// Null when ICU does not know the name. Not yet strict.
-ConverterPtr open_plain_converter(const char* name);
+// Throws when that is what a status says. All else is left to the caller.
+void check_memory(UErrorCode status);
 
+// Null when ICU does not know the name. Not yet strict.
+ConverterPtr open_converter(const char* charset);
+
+// No fallback mappings, and a stop at the first character that cannot be converted. Only characters
+// that show nothing are left out by ICU where the target lacks them.
 void make_strict(UConverter* converter);
+
+// The same, with a stop at those, too.
+void make_lossless(UConverter* converter);
 
 // False for compound text: ICU copies that converter together with the pointers to what it owns,
 // and the copy would release that when it is closed.
@@ -25,4 +33,4 @@ bool is_copyable(const UConverter* converter);
 // A copy in the same state, null when there can be none.
 ConverterPtr copy_converter(const UConverter* converter);
 
-}  // namespace i18n
+}  // namespace text
