@@ -180,7 +180,8 @@ std::string decode_body(Text encoding, Text body) {
       continue;
     }
     check(!line.ends_with(' ') && !line.ends_with('\t'), "lines do not end in blanks");
-    check(!line.starts_with("From ") && !line.starts_with('.'), "lines begin with no mark");
+    check(!line.starts_with("From ") && !line.starts_with('.') && !line.starts_with("--"),
+          "lines begin with no mark");
     for (const char c : line) check(is_shown(c) || (c == '\t' && encoding == "7bit"), "a control");
     const bool is_soft = encoding != "7bit" && line.ends_with('=');
     if (is_soft) line.remove_suffix(1);
@@ -230,7 +231,10 @@ bool is_reason(i18n_mail_status_t status, const std::string& charset,
   }
   if (status == I18N_MAIL_INVALID_TEXT) return !utf8;
   if (status == I18N_MAIL_FORBIDDEN_CHARACTER) {
-    return utf8->find_first_of(Text("\0\r\n", 3)) != utf8->npos;
+    for (const Text line_end : {"\u0085", "\u2028", "\u2029"}) {
+      if (utf8->find(line_end) != utf8->npos) return true;
+    }
+    return utf8->find_first_of(Text("\0\n\v\f\r\x1C\x1D\x1E", 8)) != utf8->npos;
   }
   if (status == I18N_MAIL_LACKING_CHARACTER) {
     return !written || convert(mail_charset, "UTF-8", *written) != utf8;

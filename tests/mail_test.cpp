@@ -70,7 +70,7 @@ Result data_part(std::string_view bytes, const char* type = "application/pdf") {
   });
 }
 
-const std::string x50(50, 'x'), x64(64, 'x'), x68(68, 'x');
+const std::string x50(50, 'x'), x63(63, 'x'), x64(64, 'x'), x68(68, 'x');
 const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466";
 const std::string family_b = "8J+RqOKAjfCfkanigI3wn5Gn4oCN8J+Rp";
 
@@ -159,7 +159,8 @@ TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
       // domains outside ASCII
       {{{"", "a@k\u00f6ln.example"}}, "a@xn--kln-sna.example"},
       {{{"", "a@K\u00d6LN\u3002example"}}, "a@xn--kln-sna.example"},
-      {{{"", "!#$%&'*+-/=?^_`{|}~.a@b_c"}}, "!#$%&'*+-/=?^_`{|}~.a@b_c"},
+      {{{"", "!#$%&'*+-/?=^_`{|}~.a@b_c"}}, "!#$%&'*+-/?=^_`{|}~.a@b_c"},
+      {{{"", "a@0-a._b.XN--KLN-SNA.7.7.7.7"}}, "a@0-a._b.XN--KLN-SNA.7.7.7.7"},
       // folds: in front of an item, or in front of its address; names stay on one line
       {{{"", "a@b"}, {x75, "a@b"}}, "a@b,\r\n " + x75 + "\r\n <a@b>"},
       {{{"", "a@b"}, {x75 + "x", "a@b"}}, "a@b,\r\n =?UTF-8?Q?" + std::string(63, 'x') +
@@ -174,9 +175,9 @@ TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
     EXPECT_EQ(result.text, "To: " + value);
     EXPECT_EQ(result.error, none);
   }
-  const std::string longest = std::string(64, 'x') + "@" + std::string(185, 'y') + ".org";
-  EXPECT_EQ(addresses({{"a", longest.substr(1).c_str()}, {"", "a@b"}}).text,
-      "To: a\r\n <" + longest.substr(1) + ">,\r\n a@b");
+  const std::string longest = x64 + "@" + x63 + "." + x63 + "." + std::string(61, 'y');
+  EXPECT_EQ(addresses({{"a", longest.c_str()}, {"", "a@b"}}).text,
+      "To: a\r\n <" + longest + ">,\r\n a@b");
   EXPECT_EQ(addresses({{"\xfc", "a@b"}}, "From", "latin1", "ISO-8859-15").text,
       "From: =?ISO-8859-15?Q?=FC?= <a@b>");
 }
@@ -218,6 +219,11 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
       {"a \nb", ascii, qp, "a=20\r\nb\r\n"},
       {".\na", ascii, qp, "=2E\r\na\r\n"},
       {"From a\nFrom", ascii, qp, "=46rom a\r\nFrom\r\n"},
+      // what a boundary can look like
+      {"-\n--=_part\n---\n-- \n", ascii, qp, "-\r\n=2D-=3D_part\r\n=2D--\r\n=2D-=20\r\n"},
+      {x75 + "--=_part", ascii, qp, x75 + "=\r\n=2D-=3D_part\r\n"},
+      {x75 + "-" + x68, ascii, qp, x75 + "=\r\n-" + x68 + "\r\n"},
+      {repeat("--\n", 6), ascii, "base64", repeat("LS0NCi0tDQotLQ0K", 2) + "\r\n"},
       {"a=b\x7f"
        "c\n",
           ascii, qp, "a=3Db=7Fc\r\n"},
@@ -252,7 +258,9 @@ TEST(MailData, IsBase64InEndedLines) {
 }
 
 TEST(MailFailure, TellsTheFirstFaultAndWhere) {
-  const std::string name65(65, 'x'), address255 = x64 + "@" + std::string(190, 'y');
+  const std::string name65(65, 'x'), x63_dot = x63 + ".";
+  const std::string local65 = x64 + "x@y", label64 = "a@" + x64;
+  const std::string address255 = x64 + "@" + x63_dot + x63_dot + std::string(62, 'y');
   const std::string many_ignored = "a@\u00fc" + repeat("\u00ad", 600);
   const std::tuple<Result, Error> cases[] = {
       // arguments in their order
@@ -276,9 +284,29 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       {addresses({{"", "a@\u00fc\xff"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
       {addresses({{"", "a@b\uff1ec.d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       {addresses({{"", address255.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 254}},
+      {addresses({{"", local65.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 64}},
+      // what some readers decode into two addresses, and what programs take for an option
+      {addresses({{"", "a=?utf-8?q?victim=40evil.example=2C?=@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {addresses({{"", "-oQ/tmp@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      // domains that servers refuse
+      {addresses({{"", "a@b.-c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
+      {addresses({{"", "a@b-.c"}}), {I18N_MAIL_BAD_ADDRESS, 0, 3}},
+      {addresses({{"", "a@b.c-"}}), {I18N_MAIL_BAD_ADDRESS, 0, 5}},
+      {addresses({{"", "a@b.c!d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 5}},
+      {addresses({{"", "a@=?utf-8?q?b?="}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", label64.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 65}},
+      {addresses({{"", "a@b.xn--a"}}), {I18N_MAIL_BAD_ADDRESS, 0, 4}},
+      {addresses({{"", "a@b.XN--\u00fc"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", "a@127.0.0.1"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {addresses({{"", "a@\uff11.2.3.4"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       {addresses({{"", many_ignored.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       // forbidden characters
       {header("a\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      {header("\u0084\u2027\x1b\x1f\x1c"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 7}},
+      {header("\u00fc\u0085"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 2}},
+      {parameter("\u202a\u2028"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 3}},
+      {addresses({{"\u2029", "a@b"}}), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 0}},
+      {header("a\x85", "ISO-8859-1"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
       {addresses({{"", "a@b"}, {"\n", ""}}), {I18N_MAIL_FORBIDDEN_CHARACTER, 1, 0}},
       {text_part("a\r\nb\0"sv), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 4}},
       // invalid texts

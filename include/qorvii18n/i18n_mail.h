@@ -14,8 +14,9 @@
 ///    name, never the caller's spelling. Refused as unknown are charsets with neither name;
 ///    charsets in which TAB, CR, LF or a character from blank to ~ is not its own byte, such as
 ///    UTF-16, UTF-7, HZ, ISO-2022-KR and EBCDIC; SCSU and CESU-8.
-/// 6. Nothing that a caller passes can add a line to a field or a field to the mail. NUL is
-///    forbidden in every text, CR and LF in all but bodies.
+/// 6. Nothing that a caller passes can add a line to a field, a field to the mail, or a part to it:
+///    no line of a body begins with two hyphens. NUL is forbidden in every text, and so are line
+///    ends in all but bodies: LF, VT, FF, CR, U+001C to U+001E, U+0085, U+2028 and U+2029.
 /// 7. Lines have at most 76 columns, the field's name included. Those with an address, a media
 ///    type, a word that is not encoded, or a first encoded word beside a long field name can be
 ///    longer, up to 998.
@@ -40,7 +41,7 @@ typedef enum i18n_mail_status_t {
   I18N_MAIL_UNKNOWN_MAIL_CHARSET = 2,  ///< mail cannot be written in mail_charset
   I18N_MAIL_INVALID_TEXT = 3,          ///< bytes that are not of the text's charset
   I18N_MAIL_LACKING_CHARACTER = 4,     ///< a character that the mail charset lacks
-  I18N_MAIL_FORBIDDEN_CHARACTER = 5,   ///< NUL in a text; CR or LF in one that is no body
+  I18N_MAIL_FORBIDDEN_CHARACTER = 5,   ///< NUL in a text; a line end in one that is no body
   I18N_MAIL_BAD_NAME = 6,              ///< the name of a field or parameter, or a media type
   I18N_MAIL_BAD_ADDRESS = 7,           ///< an address, or a count of 0
   I18N_MAIL_OUT_OF_MEMORY = 8          ///< memory ran out
@@ -55,16 +56,20 @@ typedef struct i18n_mail_error_t {
   ///     for invalid UTF-7, BOCU-1, ISCII, GSM 03.38 and IMAP-mailbox-name
   ///   - the whole length when something is missing at the end
   ///   - the longest length allowed when it is too long
-  ///   - the index at which the domain begins when it is outside ASCII and no domain
+  ///   - the index at which the domain begins when it is outside ASCII and no domain, or four
+  ///     numbers; at which its label begins when that is no encoded one
   ///   - 0 in all other cases
   size_t position;
 } i18n_mail_error_t;
 
 /// Someone to write to, or who writes.
 typedef struct i18n_mail_address_t {
-  const char* name;     ///< a text in the call's charset
-  size_t length;        ///< of the name in bytes; 0 leaves the bare address
-  const char* address;  ///< a dot-atom, '@' and a domain: at most 254 bytes as written
+  const char* name;  ///< a text in the call's charset
+  size_t length;     ///< of the name in bytes; 0 leaves the bare address
+  /// A dot-atom of at most 64 bytes, '@' and a domain: at most 254 bytes as written. The dot-atom
+  /// begins with no hyphen and has no "=?" in it. The labels of the domain have letters, digits,
+  /// underscores, and hyphens inside, 63 bytes at most; four numbers are no domain.
+  const char* address;
 } i18n_mail_address_t;
 
 /// An unstructured field such as `Subject: ...`. Words of printable ASCII between single blanks

@@ -78,7 +78,7 @@ std::string make_addresses(const char* name, const i18n_mail_address_t* items, s
   Field field(name);
   for (size_t i = 0; i < count; ++i) {
     try {
-      const Text text(source, items[i].name, items[i].length, forbidden_in_fields);
+      const Text text(source, items[i].name, items[i].length, find_forbidden_in_field);
       if (!target.convert(text.utf8())) text.fail_lacking(target);
       append_item(field, target, text.utf8(), to_ascii_address(view(items[i].address)),
                   i + 1 == count);

@@ -122,7 +122,7 @@ std::string make_header(const char* name, const char* bytes, size_t length, cons
   check_name(view(name), longest_field_name, is_of_field_name);
   const SourceCharset source(charset);
   MailCharset target(mail_charset);
-  const Text text(source, bytes, length, forbidden_in_fields);
+  const Text text(source, bytes, length, find_forbidden_in_field);
   if (!target.convert(text.utf8())) text.fail_lacking(target);
   HeaderWriter writer(target, text.utf8());
   std::string shorter = writer.write(name, WordKind::kB, std::string::npos);

@@ -61,7 +61,7 @@ std::string make_parameter(const char* name, const char* bytes, size_t length,
                            const char* charset) {
   check_name(view(name), longest_parameter_name, is_of_parameter_name);
   const SourceCharset source(charset);
-  const Text text(source, bytes, length, forbidden_in_fields);
+  const Text text(source, bytes, length, find_forbidden_in_field);
   const std::string_view value = text.utf8();
   const bool is_token = !value.empty() && std::ranges::all_of(value, is_of_token);
   const std::string quote = is_token ? "" : "\"";

@@ -1,6 +1,5 @@
 #include "mail/text.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "mail/call.h"
@@ -15,8 +14,25 @@ SourceCharset::SourceCharset(const char* charset) {
   }
 }
 
+size_t find_forbidden_in_body(std::string_view text) { return text.find('\0'); }
+
+size_t find_forbidden_in_field(std::string_view text) {
+  const auto is_control = [](char c) {
+    return c == '\0' || ('\n' <= c && c <= '\r') || ('\x1C' <= c && c <= '\x1E');
+  };
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (is_control(text[i])) return i;
+    const bool is_lead = text[i] == '\xC2' || text[i] == '\xE2';
+    if (!is_lead) continue;
+    for (const std::string_view line_end : {"\u0085", "\u2028", "\u2029"}) {
+      if (text.substr(i).starts_with(line_end)) return i;
+    }
+  }
+  return text.npos;
+}
+
 Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
-           std::string_view forbidden)
+           FindForbidden find_forbidden)
     : converter_(charset.converter()), bytes_(bytes, length) {
   if (converter_ == nullptr) {
     utf8_ = bytes_;
@@ -30,8 +46,7 @@ Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
     if (!read.complete) fail(I18N_MAIL_INVALID_TEXT, read.stopped);
     utf8_ = converted_;
   }
-  size_t index = utf8_.npos;
-  for (const char character : forbidden) index = std::min(index, utf8_.find(character));
+  const size_t index = find_forbidden(utf8_);
   if (index == utf8_.npos) return;
   std::u16string before;
   to_utf16(utf8_.substr(0, index), before);

@@ -19,11 +19,19 @@ class SourceCharset {
   icu::LocalUConverterPointer converter_;
 };
 
+// Each gives the index of the first character that must not stand there; npos when there is none.
+// All line ends are forbidden in a field, those of other systems and of Unicode, too: programs that
+// copy a field after they decoded it stumble over them.
+using FindForbidden = size_t (*)(std::string_view text);
+size_t find_forbidden_in_body(std::string_view text);
+size_t find_forbidden_in_field(std::string_view text);
+
 class Text {
  public:
   // Borrows the bytes. Fails when they are not of the charset, or have a character that is
   // forbidden.
-  Text(const SourceCharset& charset, const char* bytes, size_t length, std::string_view forbidden);
+  Text(const SourceCharset& charset, const char* bytes, size_t length,
+       FindForbidden find_forbidden);
 
   std::string_view utf8() const { return utf8_; }
 
@@ -39,8 +47,5 @@ class Text {
   std::string_view utf8_;
   std::string converted_;
 };
-
-inline constexpr std::string_view forbidden_in_bodies{"\0", 1};
-inline constexpr std::string_view forbidden_in_fields{"\0\r\n", 3};
 
 }  // namespace mail

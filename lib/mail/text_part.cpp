@@ -14,12 +14,15 @@ namespace {
 constexpr EscapeTable body_escapes =
     make_escape_table([](char c) { return is_printable(c) && c != '='; });
 
-// What some take for the line of a mailbox file, or for the end of a mail.
+// What some take for the line of a mailbox file, or for the end of a mail, and what every boundary
+// begins with: a text can have no line that ends its part.
 constexpr std::string_view mailbox_mark = "From ";
 constexpr char end_mark = '.';
+constexpr std::string_view boundary_mark = "--";
 
 bool begins_badly(std::string_view line) {
-  return line.starts_with(end_mark) || line.starts_with(mailbox_mark);
+  return line.starts_with(end_mark) || line.starts_with(mailbox_mark) ||
+         line.starts_with(boundary_mark);
 }
 
 // Calls take(line), which says whether to go on, with each line and without its end.
@@ -106,7 +109,7 @@ std::string make_text_part(const char* subtype, const char* bytes, size_t length
   check_name(view(subtype), longest_type_name, is_of_token);
   const SourceCharset source(charset);
   MailCharset target(mail_charset);
-  const Text text(source, bytes, length, forbidden_in_bodies);
+  const Text text(source, bytes, length, find_forbidden_in_body);
   const std::string lines = end_lines(text.utf8());
   const auto body = target.convert(lines);
   if (!body) text.fail_lacking(target);

@@ -47,7 +47,7 @@ SHAPES = [
     "back\\slash {0}\\",
     "Klein, J. (\"plain\")", "%41 {0} 100 %", "{0}'{1}''{2}",
     # characters that some drop
-    "\ufeff{0}", "{0}\u200b{1}\u00ad{2}\u200e", "{0}\u2028{1}\u0085{2}\x7f\x01",
+    "\ufeff{0}", "{0}\u200b{1}\u00ad{2}\u200e", "{0}\u2027{1}\u0084{2}\x7f\x01",
 ]
 assert len(SHAPES) == 60 and len(LANGUAGES) == 11
 
