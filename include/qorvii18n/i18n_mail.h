@@ -10,10 +10,13 @@
 ///    null.
 /// 4. Arguments are checked in their order, texts after the charsets that they are read and written
 ///    in, the name of an item before its address.
-/// 5. mail_charset is what readers are told; null is UTF-8. Its MIME name is written, else its IANA
-///    name, never the caller's spelling. Refused as unknown are charsets with neither name;
-///    charsets in which TAB, CR, LF or a character from blank to ~ is not its own byte, such as
-///    UTF-16, UTF-7, HZ, ISO-2022-KR and EBCDIC; SCSU and CESU-8.
+/// 5. mail_charset is what readers are told; null is UTF-8, which has every character. All readers
+///    know these, and the library writes no other: UTF-8, US-ASCII, ISO-8859-1 to -9, -13 and -15,
+///    windows-1250 to -1258, KOI8-R, KOI8-U, IBM866, TIS-620, ISO-2022-JP, Shift_JIS, EUC-JP,
+///    EUC-KR, Big5, GB2312, GBK and GB18030. Any of ICU's names for one of them will do; names for
+///    its variants stand for it, too, such as ks_c_5601-1987 for EUC-KR. A charset other than UTF-8
+///    lacks what readers do not all decode alike: characters for private use, C1 controls, and some
+///    more, among them U+301C, U+FF5E, U+2212 and U+FF0D in the Japanese ones.
 /// 6. Nothing that a caller passes can add a line to a field, a field to the mail, or a part to it:
 ///    no line of a body begins with two hyphens. NUL is forbidden in every text, and so are line
 ///    ends in all but bodies: LF, VT, FF, CR, U+001C to U+001E, U+0085, U+2028 and U+2029.
@@ -40,11 +43,12 @@ typedef enum i18n_mail_status_t {
   I18N_MAIL_UNKNOWN_CHARSET = 1,       ///< ICU does not know charset, or it is compound text
   I18N_MAIL_UNKNOWN_MAIL_CHARSET = 2,  ///< mail cannot be written in mail_charset
   I18N_MAIL_INVALID_TEXT = 3,          ///< bytes that are not of the text's charset
-  I18N_MAIL_LACKING_CHARACTER = 4,     ///< a character that the mail charset lacks
-  I18N_MAIL_FORBIDDEN_CHARACTER = 5,   ///< NUL in a text; a line end in one that is no body
-  I18N_MAIL_BAD_NAME = 6,              ///< the name of a field or parameter, or a media type
-  I18N_MAIL_BAD_ADDRESS = 7,           ///< an address, or a count of 0
-  I18N_MAIL_OUT_OF_MEMORY = 8          ///< memory ran out
+  I18N_MAIL_LACKING_CHARACTER =
+      4,  ///< a character that the mail charset lacks, or that not all read
+  I18N_MAIL_FORBIDDEN_CHARACTER = 5,  ///< NUL in a text; a line end in one that is no body
+  I18N_MAIL_BAD_NAME = 6,             ///< the name of a field or parameter, or a media type
+  I18N_MAIL_BAD_ADDRESS = 7,          ///< an address, or a count of 0
+  I18N_MAIL_OUT_OF_MEMORY = 8         ///< memory ran out
 } i18n_mail_status_t;
 
 /// What went wrong and where. Its layout will not change.

@@ -34,10 +34,11 @@ std::string to_plain_phrase(std::string_view name) {
 // The name's words. `tail` is how many columns follow them.
 void append_words(Field& field, MailCharset& charset, std::string_view name, size_t tail) {
   WordMaker words(charset, phrase_escapes, name);
-  const size_t as_q = *words.measure(0, name.size(), WordKind::kQ);
-  const size_t as_b = *words.measure(0, name.size(), WordKind::kB);
-  const WordKind kind = as_q <= as_b ? WordKind::kQ : WordKind::kB;
-  const size_t whole = std::min(as_q, as_b);
+  const size_t as_q = words.measure(0, name.size(), WordKind::kQ);
+  const size_t as_b = words.measure(0, name.size(), WordKind::kB);
+  const bool is_q = as_q <= as_b && !charset.is_iso_2022_jp();
+  const WordKind kind = is_q ? WordKind::kQ : WordKind::kB;
+  const size_t whole = is_q ? as_q : as_b;
   field.separate(whole > longest_word ? whole : whole + tail);
   for (size_t begin = 0; begin < name.size();) {
     if (begin > 0) field.fold();

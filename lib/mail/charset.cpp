@@ -19,33 +19,34 @@ const char* find_standard_name(const char* charset) {
   return nullptr;
 }
 
+// Two names can compare equal where ICU opens but one: it opens none that is too long, and takes
+// what follows a comma for options.
+bool is_plain_name(std::string_view name) {
+  const auto is_plain = [](char c) { return is_alphanumeric(c) || is_one_of(c, "-_"); };
+  return name.size() < UCNV_MAX_CONVERTER_NAME_LENGTH && std::ranges::all_of(name, is_plain);
+}
+
+constexpr std::string_view utf8_name = "UTF-8", iso_2022_jp_name = "ISO-2022-JP";
+
 }  // namespace
 
 bool names_utf8(const char* charset) {
-  if (charset == nullptr) return true;
-  // Two names can compare equal where ICU opens but one: it opens none that is too long.
-  const std::string_view name = charset;
-  const auto is_plain = [](char c) { return is_alphanumeric(c) || is_one_of(c, "-_"); };
-  return name.size() < UCNV_MAX_CONVERTER_NAME_LENGTH && std::ranges::all_of(name, is_plain) &&
-         ucnv_compareNames(charset, "UTF-8") == 0;
+  return charset == nullptr ||
+         (is_plain_name(charset) && ucnv_compareNames(charset, utf8_name.data()) == 0);
 }
 
-MailCharset::MailCharset(const char* charset) {
+MailCharset::MailCharset(const char* charset) : rules_(find_charset_rules(utf8_name)) {
   if (names_utf8(charset)) return;
-  converter_ = open_converter(charset);
-  const char* name = converter_.isNull() ? nullptr : find_standard_name(charset);
-  if (name == nullptr || !is_fit_for_mail()) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
-  name_ = name;
+  const bool is_known = is_plain_name(charset) || !open_converter(charset).isNull();
+  const char* const standard_name = is_known ? find_standard_name(charset) : nullptr;
+  rules_ = find_charset_rules(view(standard_name));
+  if (rules_ == nullptr) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
+  if (rules_->name == utf8_name) return;
+  converter_ = open_converter(rules_->name.data());
+  if (converter_.isNull()) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
 }
 
-// What mail programs take for ASCII must be ASCII: line ends, and what words are made of.
-bool MailCharset::is_fit_for_mail() {
-  const UConverterType type = ucnv_getType(converter_.getAlias());
-  if (type == UCNV_SCSU || type == UCNV_CESU8) return false;
-  std::string ascii = "\t\r\n";
-  for (char c = ' '; c <= '~'; ++c) ascii += c;
-  return convert(ascii) == ascii;
-}
+bool MailCharset::is_iso_2022_jp() const { return rules_->name == iso_2022_jp_name; }
 
 std::optional<std::string_view> MailCharset::convert(std::string_view text) {
   if (converter_.isNull()) return text;
@@ -54,14 +55,14 @@ std::optional<std::string_view> MailCharset::convert(std::string_view text) {
   return bytes_;
 }
 
-// ICU writes some characters for private use in one direction only, whatever it is told.
 size_t MailCharset::find_lacking(std::u16string_view units) {
-  const Outcome written = from_unicode(converter_.getAlias(), units, bytes_);
-  if (!written.complete) return written.stopped;
-  to_unicode(converter_.getAlias(), bytes_, read_back_);
-  const auto [unit, other] =
-      std::mismatch(units.begin(), units.end(), read_back_.begin(), read_back_.end());
-  return static_cast<size_t>(unit - units.begin());
+  const size_t barred = find_barred(*rules_, units);
+  const Outcome written = from_unicode(converter_.getAlias(), units.substr(0, barred), bytes_);
+  const size_t barred_code = find_barred_code(*rules_, bytes_);
+  if (barred_code == bytes_.size()) return written.complete ? barred : written.stopped;
+  std::u16string before;
+  to_unicode(converter_.getAlias(), std::string_view(bytes_).substr(0, barred_code), before);
+  return before.size();
 }
 
 }  // namespace mail

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "mail/charset_rules.h"
 #include "mail/unicode.h"
 
 namespace mail {
@@ -17,23 +18,24 @@ class MailCharset {
   // Fails when mail cannot be written in it. Null is UTF-8.
   explicit MailCharset(const char* charset);
 
-  std::string_view name() const { return name_; }
+  std::string_view name() const { return rules_->name; }
   bool is_utf8() const { return converter_.isNull(); }
+  // Words in it are B and bodies 7bit or base64, as RFC 1468 wants it: readers of old know no more.
+  bool is_iso_2022_jp() const;
 
   // The text in the charset, complete by itself: it begins and ends in the initial state. Null when
   // the charset lacks a character of it. What comes back may lie in the text, or is valid until the
   // next call.
   std::optional<std::string_view> convert(std::string_view text);
 
-  // The index of the first unit that the charset lacks, or would give back as another.
+  // The index of the first unit that the charset lacks, or that some readers take for another; the
+  // size when it has them all.
   size_t find_lacking(std::u16string_view units);
 
  private:
-  bool is_fit_for_mail();
-
-  std::string_view name_ = "UTF-8";
+  const CharsetRules* rules_;
   icu::LocalUConverterPointer converter_;  // null for UTF-8
-  std::u16string units_, read_back_;
+  std::u16string units_;
   std::string bytes_;
 };
 

@@ -60,8 +60,7 @@ class HeaderWriter {
     size_t least = 0;
     for (const Stretch& stretch : stretches_) {
       has_words = has_words || !stretch.plain;
-      least += stretch.plain ? stretch.columns()
-                             : words_.measure(stretch.begin, stretch.end, kind).value_or(0);
+      least += stretch.plain ? stretch.columns() : words_.measure(stretch.begin, stretch.end, kind);
     }
     return has_words && least <= columns;
   }
@@ -126,7 +125,7 @@ std::string make_header(const char* name, const char* bytes, size_t length, cons
   if (!target.convert(text.utf8())) text.fail_lacking(target);
   HeaderWriter writer(target, text.utf8());
   std::string shorter = writer.write(name, WordKind::kB, std::string::npos);
-  if (!writer.can_take(shorter.size(), WordKind::kQ)) return shorter;
+  if (target.is_iso_2022_jp() || !writer.can_take(shorter.size(), WordKind::kQ)) return shorter;
   std::string other = writer.write(name, WordKind::kQ, shorter.size());
   return other.size() <= shorter.size() ? other : shorter;
 }

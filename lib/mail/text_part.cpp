@@ -1,5 +1,6 @@
 // i18n_mail_text(): a part with a text.
 #include <algorithm>
+#include <optional>
 
 #include "mail/call.h"
 #include "mail/charset.h"
@@ -54,15 +55,31 @@ std::string end_lines(std::string_view text) {
   return lines;
 }
 
-bool needs_no_encoding(std::string_view text) {
-  bool plain = true;
-  for_each_line(text, [&plain](std::string_view line) {
-    const auto is_plain = [](char c) { return is_printable(c) || c == '\t'; };
-    plain = line.size() <= line_columns && !begins_badly(line) && !line.ends_with(' ') &&
-            !line.ends_with('\t') && std::ranges::all_of(line, is_plain);
-    return plain;
+// Whether a line that begins in ASCII has no control but TAB and escape sequences, which may stand
+// there, and ends in ASCII.
+bool is_plain(std::string_view line, bool with_escapes) {
+  constexpr char escape = '\x1B';
+  constexpr std::string_view to_ascii = "\x1B(B";
+  bool in_ascii = true;
+  for (size_t i = 0; i < line.size(); ++i) {
+    if (with_escapes && line[i] == escape) {
+      in_ascii = line.substr(i).starts_with(to_ascii);
+      i += to_ascii.size() - 1;
+    } else if (!is_printable(line[i]) && line[i] != '\t') {
+      return false;
+    }
+  }
+  return in_ascii;
+}
+
+bool needs_no_encoding(std::string_view text, bool with_escapes) {
+  bool needs_none = true;
+  for_each_line(text, [&](std::string_view line) {
+    needs_none = line.size() <= line_columns && !begins_badly(line) && !line.ends_with(' ') &&
+                 !line.ends_with('\t') && is_plain(line, with_escapes);
+    return needs_none;
   });
-  return plain;
+  return needs_none;
 }
 
 // The forms of a line, cut into lines of the mail.
@@ -111,20 +128,26 @@ std::string make_text_part(const char* subtype, const char* bytes, size_t length
   MailCharset target(mail_charset);
   const Text text(source, bytes, length, find_forbidden_in_body);
   const std::string lines = end_lines(text.utf8());
-  const auto body = target.convert(lines);
+  const bool ascii = is_ascii(lines);
+  const auto body = ascii ? std::optional<std::string_view>(lines) : target.convert(lines);
   if (!body) text.fail_lacking(target);
 
-  const bool ascii = is_ascii(lines);
   std::string type = std::string("text/") + subtype + ';';
   const std::string parameter = std::string("charset=").append(ascii ? "US-ASCII" : target.name());
   const size_t columns = std::string_view("Content-Type: ").size() + type.size();
   type.append(columns + 1 + parameter.size() > line_columns ? "\r\n " : " ").append(parameter);
 
-  if (ascii && needs_no_encoding(lines)) return make_part_head(type, "7bit") + lines;
+  const bool has_escapes = !ascii && target.is_iso_2022_jp();
+  if ((ascii || has_escapes) && needs_no_encoding(*body, has_escapes)) {
+    return make_part_head(type, "7bit").append(*body);
+  }
   const size_t base64_size = measure_base64_lines(*body);
   std::string part = make_part_head(type, "quoted-printable");
   part.reserve(part.size() + base64_size + longest_line);
-  if (measure_quoted(*body) <= base64_size && append_quoted(part, *body, base64_size)) return part;
+  if (!has_escapes && measure_quoted(*body) <= base64_size &&
+      append_quoted(part, *body, base64_size)) {
+    return part;
+  }
   part = make_part_head(type, "base64");
   append_base64_lines(part, *body);
   return part;

@@ -8,7 +8,7 @@ namespace mail {
 
 Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
   const size_t longest = find_longest(begin, end, columns, kind);
-  if (longest == end) return {end, kind, *measure(begin, end, kind)};
+  if (longest == end) return {end, kind, measure(begin, end, kind)};
 
   const auto ends_character = [](size_t) { return true; };
   const auto ends_cluster = [&](size_t index) { return clusters_.end_at(text_, begin, index); };
@@ -18,18 +18,19 @@ Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
 
   const auto cut_b = [&](auto is_good) {
     const size_t index = kind == WordKind::kB ? find_cut(begin, longest, is_good) : begin;
-    return Word{index, WordKind::kB, *measure(begin, index, WordKind::kB)};
+    return Word{index, WordKind::kB, measure(begin, index, WordKind::kB)};
   };
   const auto cut_q = [&](auto is_good) {
     const size_t from =
         kind == WordKind::kQ ? longest : find_longest(begin, end, columns, WordKind::kQ);
     const size_t index = find_cut(begin, from, is_good);
-    return Word{index, WordKind::kQ, *measure(begin, index, WordKind::kQ)};
+    return Word{index, WordKind::kQ, measure(begin, index, WordKind::kQ)};
   };
+  const bool with_q = !charset_.is_iso_2022_jp();
   Word word = cut_b(ends_both);
-  if (word.end == begin) word = cut_q(ends_cluster);
+  if (word.end == begin && with_q) word = cut_q(ends_cluster);
   if (word.end == begin) word = cut_b(is_unpadded);
-  if (word.end == begin) word = cut_q(ends_character);
+  if (word.end == begin) word = with_q ? cut_q(ends_character) : cut_b(ends_character);
   return word;
 }
 
@@ -44,19 +45,15 @@ void WordMaker::append(std::string& line, size_t begin, const Word& word) {
   line += "?=";
 }
 
-std::optional<size_t> WordMaker::measure(size_t begin, size_t end, WordKind kind) {
-  const auto bytes = charset_.convert(text_.substr(begin, end - begin));
-  if (!bytes) return std::nullopt;
-  return overhead() + (kind == WordKind::kQ ? measure_forms(escapes_, *bytes)
-                                            : transfer::base64_size(bytes->size()));
+size_t WordMaker::measure(size_t begin, size_t end, WordKind kind) {
+  const std::string_view bytes = *charset_.convert(text_.substr(begin, end - begin));
+  return overhead() + (kind == WordKind::kQ ? measure_forms(escapes_, bytes)
+                                            : transfer::base64_size(bytes.size()));
 }
 
 size_t WordMaker::find_longest(size_t begin, size_t end, size_t columns, WordKind kind) {
   if (columns <= overhead()) return begin;
-  const auto fits = [&](size_t index) {
-    const auto needed = measure(begin, index, kind);
-    return needed && *needed <= columns;
-  };
+  const auto fits = [&](size_t index) { return measure(begin, index, kind) <= columns; };
   const auto round_down = [this](size_t index) {
     while (index < text_.size() && is_inside_character(text_[index])) --index;
     return index;
@@ -80,12 +77,7 @@ size_t WordMaker::find_longest(size_t begin, size_t end, size_t columns, WordKin
 template <class IsGood>
 size_t WordMaker::find_cut(size_t begin, size_t longest, IsGood is_good) {
   for (size_t index = longest; index > begin; index = previous_character(text_, index)) {
-    // A charset may have a character only together with the one before it.
-    const bool can_be_cut =
-        charset_.is_utf8() ||
-        (measure(begin, index, WordKind::kQ) &&
-         (index == text_.size() || measure(index, next_character(text_, index), WordKind::kQ)));
-    if (can_be_cut && is_good(index)) return index;
+    if (is_good(index)) return index;
   }
   return begin;
 }

@@ -1,7 +1,6 @@
 // Encoded words: text cut where no reader sees it.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -39,9 +38,8 @@ class WordMaker {
 
   void append(std::string& line, size_t begin, const Word& word);
 
-  // Columns of a word; null when there is none, because the charset lacks one of its characters
-  // without its neighbour.
-  std::optional<size_t> measure(size_t begin, size_t end, WordKind kind);
+  // Columns of a word.
+  size_t measure(size_t begin, size_t end, WordKind kind);
 
  private:
   size_t find_longest(size_t begin, size_t end, size_t columns, WordKind kind);
