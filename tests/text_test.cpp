@@ -1,4 +1,5 @@
-// UTF-8 and its neighbours: plain code beside ICU, and vector code beside plain code.
+// UTF-8 and its neighbours, plain code beside ICU and vector code beside plain code; charsets as
+// tables.
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 #include <unicode/utf8.h>
@@ -7,6 +8,8 @@
 #include <random>
 #include <vector>
 
+#include "support/beside_icu.h"
+#include "text/charset/charset.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
@@ -22,14 +25,17 @@ std::vector<text::Kernels> get_kernels_that_are_there() {
 }
 const std::vector<text::Kernels> all_kernels = get_kernels_that_are_there();
 
-// The text behind others, so that it lies across two stretches.
+// By plain code, and now and then behind other text, so that it lies across two stretches.
 bool is_utf8_by_all_kernels(const std::string& text) {
-  const size_t before = text::kernel_stretch - 2;
-  const std::string long_text = std::string(before, 'x') + text + std::string(34, 'y');
   const size_t plain = text::find_invalid(text::as_bytes(text), all_kernels.back());
-  for (const text::Kernels& kernels : all_kernels) {
-    const size_t found = text::find_invalid(text::as_bytes(long_text), kernels);
-    EXPECT_EQ(found, plain == text.size() ? long_text.size() : before + plain);
+  static int calls = 0;
+  if (++calls % 7 == 0) {
+    const size_t before = text::kernel_stretch - 2;
+    const std::string long_text = std::string(before, 'x') + text + std::string(34, 'y');
+    const size_t expected = plain == text.size() ? long_text.size() : before + plain;
+    for (const text::Kernels& kernels : all_kernels) {
+      EXPECT_EQ(text::find_invalid(text::as_bytes(long_text), kernels), expected);
+    }
   }
   return plain == text.size();
 }
@@ -116,6 +122,15 @@ std::vector<std::string> try_all(const std::string& text, const text::Kernels& k
   const auto copy = [](const unsigned char* begin, const unsigned char* end) {
     return end == nullptr ? "none" : std::string(begin, end);
   };
+  text::AsciiSet set;
+  for (const char c : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'x', 'i', 'j'}) {
+    set.add(static_cast<unsigned char>(c));
+  }
+  std::vector<unsigned char> run(text.size());
+  const size_t copied = text::copy_run(run.data(), bytes, set, kernels);
+  results.push_back(copy(run.data(), run.data() + copied));
+  EXPECT_TRUE(std::all_of(run.begin() + static_cast<std::ptrdiff_t>(copied), run.end(),
+      [](unsigned char byte) { return byte == 0; }));
   // As much room as there must be, so that the sanitizers see a store behind it.
   std::vector<unsigned char> to_latin1(text.size() + text::copy_slack);
   results.push_back(copy(to_latin1.data(), text::utf8_to_latin1(to_latin1.data(), bytes, kernels)));
@@ -148,6 +163,114 @@ TEST(Kernels, AllDoWhatPlainCodeDoes) {
       EXPECT_EQ(try_all(text, kernels), expected) << testing::PrintToString(text);
     }
   }
+}
+
+// tools/tables tries everything.
+TEST(Tables, AreAsIcuHasIt) {
+  for (const char* charset : {"ISO-8859-1", "KOI8-R", "ibm-1047", "Shift_JIS", "EUC-JP", "EUC-TW",
+           "GBK", "GB18030", "Big5-HKSCS"}) {
+    BesideIcu both(charset);
+    ASSERT_TRUE(both.has_table()) << charset;
+    for (int first = 0; first < 256; first += 7) {
+      for (int second = 0; second < 256; ++second) {
+        const std::string bytes{static_cast<char>(first), static_cast<char>(second)};
+        for (const char* tail : {"", "0", "\xa1", "\xa1\xa1",
+                 "0\x81"
+                 "0"}) {
+          EXPECT_TRUE(both.agrees_on_bytes(bytes + tail)) << testing::PrintToString(bytes);
+        }
+      }
+    }
+    std::string text;
+    for (UChar32 c = 0; c < 0x30000; c += c < 0x500 ? 3 : 37) {
+      if (U_IS_SURROGATE(c)) continue;
+      char utf8[U8_MAX_LENGTH];
+      size_t size = 0;
+      U8_APPEND_UNSAFE(utf8, size, c);
+      const std::string character(utf8, size);
+      const bool is_left = !both.agrees_on_text(character, text::Invisible::kRefused) ||
+                           (both.taken() == 0 && both.has_text(character));
+      EXPECT_FALSE(is_left) << charset << " " << c;
+      EXPECT_TRUE(both.agrees_on_text(text + character, text::Invisible::kDropped)) << c;
+      // Stretches of what the charset has, now and then with ASCII in between.
+      if (both.taken() == text.size() + size) text += character;
+      if (text.size() > 400) text.clear();
+      if (c % 50 == 0) text += "plain text, long enough for a run of it";
+    }
+  }
+}
+
+TEST(Tables, KeepToTheRoomThatThereIs) {
+  const std::string utf8 =
+      "a long run of ASCII that goes on and on \u3042\u4e00\u00a7x\U00020000\u00ad";
+  for (const char* charset : {"KOI8-R", "Shift_JIS", "EUC-JP", "GB18030"}) {
+    const std::unique_ptr<const text::Table> table = text::make_table(charset);
+    std::vector<unsigned char> whole(4 * utf8.size());
+    const auto all = table->from_utf8(
+        text::as_bytes(utf8), whole.data(), whole.size(), text::Invisible::kDropped);
+    for (size_t room = 0; room <= all.written; ++room) {
+      std::vector<unsigned char> bytes(room);  // no byte more, for the sanitizers
+      const auto there =
+          table->from_utf8(text::as_bytes(utf8), bytes.data(), room, text::Invisible::kDropped);
+      EXPECT_TRUE(std::equal(bytes.data(), bytes.data() + there.written, whole.data()));
+      EXPECT_EQ(there.stop == text::Stop::kFull, room < all.written) << charset << room;
+      std::vector<unsigned char> back(room);
+      const auto read = table->to_utf8(text::Bytes(whole).first(all.written), back.data(), room);
+      EXPECT_EQ(std::string(back.data(), back.data() + read.written), utf8.substr(0, read.written));
+      EXPECT_EQ(read.stop == text::Stop::kFull, read.read < all.written);
+    }
+  }
+}
+
+TEST(Tables, AreForCharsetsWithoutStates) {
+  for (const char* charset :
+      {"UTF-8", "UTF-16", "UTF-7", "ISO-2022-JP", "HZ", "SCSU", "GSM0338", "no-such"}) {
+    EXPECT_EQ(text::make_table(charset), nullptr) << charset;
+  }
+}
+
+TEST(Charsets, AreFoundByEverySpelling) {
+  const text::Charset* const koi8 = text::find_charset("KOI8-R");
+  ASSERT_NE(koi8, nullptr);
+  EXPECT_STREQ(koi8->name(), "ibm-878_P100-1996");
+  for (const char* name : {"koi8-r", "koi8", "k-o-i-8", "ibm-878_P100-1996"}) {
+    EXPECT_EQ(text::find_charset(name), koi8) << name;
+  }
+  const std::string too_long(60, 'x');
+  for (const char* name :
+      {"", "no-such", "KOI8-R,version=1", too_long.c_str(), static_cast<const char*>(nullptr)}) {
+    EXPECT_EQ(text::find_charset(name), nullptr);
+  }
+  EXPECT_NE(koi8->get_table(1), nullptr);
+  EXPECT_EQ(text::find_charset("UTF-16")->get_table(1 << 30), nullptr);
+}
+
+TEST(Charsets, WithManyCharactersEarnTheirTables) {
+  const text::Charset* const charset = text::find_charset("windows-949");
+  EXPECT_EQ(charset->get_table(1000), nullptr);
+  const text::Table* table = nullptr;
+  int calls = 1;
+  while (table == nullptr && ++calls < 10000) table = charset->get_table(1000);
+  EXPECT_GT(calls, 500);
+  EXPECT_LT(calls, 5000);
+  EXPECT_EQ(charset->get_table(0), table);
+}
+
+// Names come from outside.
+TEST(CharsetsDeathTest, AreNotKeptWithoutEnd) {
+  const auto spell = [] {
+    std::string name = "KOI8-R";
+    for (int i = 0; i < 5000; ++i) {
+      for (int bit = 0; bit < 13; ++bit) {
+        name = bit == 0 ? "K" : name;
+        name += (i >> bit & 1) != 0 ? "-" : "_";
+      }
+      text::find_charset((name + "OI8-R").c_str());
+    }
+    const bool is_kept = text::find_charset("ISO-8859-2") != nullptr;
+    std::exit(is_kept ? 1 : 0);
+  };
+  EXPECT_EXIT(spell(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "text/bytes.h"
+#include "text/unicode/ascii_set.h"
 
 namespace text {
 
@@ -22,6 +23,9 @@ struct Kernels {
 
   size_t (*skip_ascii)(Bytes text);
   size_t (*skip_utf8)(Bytes text);  // well-formed
+
+  // Copies what is in the set, and writes nothing behind it.
+  size_t (*copy_run)(unsigned char* out, Bytes text, const AsciiSet& set);
 
   // Each moves out.
   size_t (*utf8_to_units)(char16_t*& out, Bytes text);  // of well-formed text up to U+FFFF

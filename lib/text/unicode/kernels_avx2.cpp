@@ -3,6 +3,7 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "text/unicode/utf8.h"
 #include "transfer/avx2.h"
@@ -148,6 +149,26 @@ AVX2 size_t skip_utf8_avx2(Bytes text) {
     before = bytes;
   }
   return begin_character(text, done);
+}
+
+AVX2 size_t copy_run_avx2(unsigned char* out, Bytes text, const AsciiSet& set) {
+  const __m128i eights = load_16(set.bits);
+  const __m128i powers = _mm_set1_epi64x(static_cast<long long>(0x8040201008040201));
+  size_t done = 0;
+  for (; text.size() - done >= stretch; done += stretch) {
+    const __m256i bytes = load_32(text.data() + done);
+    const __m256i eighth = _mm256_and_si256(_mm256_srli_epi16(bytes, 3), _mm256_set1_epi8(15));
+    const __m256i bit = look_up(powers, _mm256_and_si256(bytes, _mm256_set1_epi8(7)));
+    const __m256i is_in = _mm256_cmpeq_epi8(_mm256_and_si256(look_up(eights, eighth), bit), bit);
+    const std::uint32_t others = ~to_bits(is_in) | find_high(bytes);
+    if (others != 0) {
+      const auto more = static_cast<size_t>(std::countr_zero(others));
+      std::memcpy(out + done, text.data() + done, more);
+      return done + more;
+    }
+    store_32(out + done, bytes);
+  }
+  return done;
 }
 
 // Every byte is taken for the first of a character, and what that would be is kept where it is. So

@@ -7,18 +7,28 @@
 
 namespace text {
 
+size_t put_some_units(char16_t*& out, Bytes utf8, size_t about, const Kernels& kernels) {
+  const size_t limit = std::min(about, utf8.size());
+  if (limit >= kernel_stretch) {
+    const size_t done = kernels.utf8_to_units(out, utf8.first(std::min(limit + 2, utf8.size())));
+    if (done != 0) return done;
+  }
+  // What they leave: a stretch with a character beyond U+FFFF, and the end.
+  const size_t end = std::min(limit, kernel_stretch);
+  size_t index = 0;
+  while (index < end) {
+    UChar32 character;
+    U8_NEXT_UNSAFE(utf8.data(), index, character);
+    if (character > 0xffff) *out++ = U16_LEAD(character);
+    *out++ = character > 0xffff ? U16_TRAIL(character) : static_cast<char16_t>(character);
+  }
+  return index;
+}
+
 char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels) {
   for (size_t index = 0; index < utf8.size();) {
-    if (utf8.size() - index >= kernel_stretch) {
-      index += kernels.utf8_to_units(out, utf8.subspan(index));
-    }
-    // What they leave: a stretch with a character beyond U+FFFF, and the end.
-    for (const size_t limit = std::min(index + kernel_stretch, utf8.size()); index < limit;) {
-      UChar32 character;
-      U8_NEXT_UNSAFE(utf8.data(), index, character);
-      if (character > 0xffff) *out++ = U16_LEAD(character);
-      *out++ = character > 0xffff ? U16_TRAIL(character) : static_cast<char16_t>(character);
-    }
+    const Bytes rest = utf8.subspan(index);
+    index += put_some_units(out, rest, rest.size(), kernels);
   }
   return out;
 }

@@ -13,6 +13,12 @@ namespace text {
 // each byte, and for kernel_slack more.
 char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels = get_kernels());
 
+// The same for a piece of the text at its beginning, of about that many bytes: at most most_beyond
+// more, and fewer where that is faster. Moves out, and returns how many bytes those were.
+constexpr size_t most_beyond = 4;
+size_t put_some_units(char16_t*& out, Bytes utf8, size_t about,
+                      const Kernels& kernels = get_kernels());
+
 // Each takes the place of what the target held.
 void to_utf16(std::string_view utf8, std::u16string& units);  // well-formed
 // npos, or the index of a lone surrogate, before which the text then ends.

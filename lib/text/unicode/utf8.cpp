@@ -47,6 +47,12 @@ bool is_ascii(Bytes text, const Kernels& kernels) {
   return count_ascii(text) == text.size();
 }
 
+size_t copy_run(unsigned char* out, Bytes text, const AsciiSet& set, const Kernels& kernels) {
+  size_t done = text.size() >= kernel_stretch ? kernels.copy_run(out, text, set) : 0;
+  for (; done != text.size() && set.has(text[done]); ++done) out[done] = text[done];
+  return done;
+}
+
 size_t find_invalid(Bytes text, const Kernels& kernels) {
   size_t index = text.size() >= kernel_stretch ? kernels.skip_utf8(text) : 0;
   for (;;) {

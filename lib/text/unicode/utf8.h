@@ -19,6 +19,11 @@ size_t get_character_size(Bytes text);
 bool is_ascii(Bytes text, const Kernels& kernels = get_kernels());
 inline bool is_ascii(std::string_view text) { return is_ascii(as_bytes(text)); }
 
+// Copies what a text begins with of the set, and writes nothing behind it. Returns how much that
+// was.
+size_t copy_run(unsigned char* out, Bytes text, const AsciiSet& set,
+                const Kernels& kernels = get_kernels());
+
 // The index at which the first character begins that is not well-formed; the size when all are.
 size_t find_invalid(Bytes text, const Kernels& kernels = get_kernels());
 inline size_t find_invalid(std::string_view text) { return find_invalid(as_bytes(text)); }
