@@ -73,6 +73,8 @@ install_library(qorvii18n runtime development
   "${PROJECT_DESCRIPTION}" ${inner} qorviks)
 install_library(qorvii18n-mail mail mail_development
   "Fields and parts of mails in any charset" ${inner})
+install_library(qorvii18n-text text text_development
+  "Strict conversion of texts between charsets, in pieces of any size" ${inner})
 
 install(FILES
     include/qorvii18n/i18n.hpp
@@ -89,6 +91,10 @@ install(FILES
     include/qorvii18n/i18n_mail.h
     ${QORVII18N_MADE_HEADERS}/qorvii18n/mail_export.h
   DESTINATION ${header_dir} COMPONENT mail_development)
+install(FILES
+    include/qorvii18n/i18n_text.h
+    ${QORVII18N_MADE_HEADERS}/qorvii18n/text_export.h
+  DESTINATION ${header_dir} COMPONENT text_development)
 install(FILES lib/ks/qorviks.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT kernel_services_development)
 install(FILES ${QORVII18N_MADE_HEADERS}/qorvii18n/version.h

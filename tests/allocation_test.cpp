@@ -1,6 +1,7 @@
 // What happens when memory runs out: the exception comes out, or the status, nothing leaks (the
 // leak checker tells), nothing is kept that is not whole, and the same call then works.
 #include <qorvii18n/i18n_iconv.h>
+#include <qorvii18n/i18n_text.h>
 #include <sys/wait.h>
 #include <unicode/uclean.h>
 #include <unicode/ucnv.h>
@@ -13,6 +14,8 @@
 #include <functional>
 #include <limits>
 #include <new>
+#include <tuple>
+#include <utility>
 
 #include "support/calls.h"
 #include "support/testing.h"
@@ -99,6 +102,10 @@ extern "C" void* __real_malloc(size_t size);
 extern "C" void* __wrap_malloc(size_t size) {
   return allowance-- != 0 ? __real_malloc(size) : nullptr;
 }
+extern "C" void* __real_realloc(void* block, size_t size);
+extern "C" void* __wrap_realloc(void* block, size_t size) {
+  return allowance-- != 0 ? __real_realloc(block, size) : nullptr;
+}
 
 // The operators of this program serve the library, too.
 [[gnu::noinline]] void* operator new(size_t size) {
@@ -176,5 +183,73 @@ TEST(OutOfMemory, LeavesWhatHandlesHold) {
         EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
       }
     }
+  }
+}
+
+namespace {
+
+// A text in pieces, twice. When memory runs out, nothing has happened, and the call is repeated.
+void convert_twice(i18n_text_converter_t* converter, const std::string& text, std::string& result) {
+  i18n_text_status_t status;
+  const auto repeat_call = [&](auto call) {
+    status = call();
+    if (status == I18N_TEXT_OUT_OF_MEMORY) status = call();
+  };
+  const auto append_error = [&] {
+    i18n_text_error_t error;
+    i18n_text_get_error(converter, &error);
+    result += ' ' + std::to_string(status) + ' ' + std::to_string(error.position);
+    i18n_text_reset(converter);
+  };
+  const char* input = text.data();
+  do {
+    const char* const piece_end = input + std::min<ptrdiff_t>(1500, &*text.end() - input);
+    repeat_call([&] {
+      char room[999];
+      char* output = room;
+      const char* const begin = input;
+      const auto outcome = i18n_text_convert(
+          converter, &input, piece_end, &output, room + sizeof room, piece_end == &*text.end());
+      EXPECT_TRUE(outcome != I18N_TEXT_OUT_OF_MEMORY || (input == begin && output == room));
+      result.append(room, output);
+      return outcome;
+    });
+  } while (status == I18N_TEXT_FULL || (status == I18N_TEXT_OK && input != &*text.end()));
+  append_error();
+  const auto append = [](void* context, const char* bytes, size_t length) {
+    static_cast<std::string*>(context)->append(bytes, length);
+    return 0;
+  };
+  repeat_call([&] {
+    return i18n_text_convert_to(converter, text.data(), text.size(), 1, append, &result);
+  });
+  append_error();
+}
+
+}  // namespace
+
+TEST(OutOfMemory, TakesNothingOfATextAndTheCallMayBeRepeated) {
+  prepare_icu();
+  const std::string shifted = repeat("\x1b$B%F%9%H\x1b(B", 700);
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"ISO-2022-JP", "UTF-16", shifted + "\xff!"},
+      {"UTF-8", "ISO-2022-JP", repeat("\u30c6 ", 3000) + "\u00fc"},
+      {"UTF-8", "Shift_JIS", repeat("\ue000", 700)},
+      {"UTF-8", "LMBCS-1", repeat("\u0436", 700)},
+  };
+  for (const auto& [from, to, text] : cases) {
+    i18n_text_converter_t* const converter = i18n_text_open(from, to, nullptr);
+    std::string expected;
+    convert_twice(converter, text, expected);
+    bool was_needed = true;
+    for (int allowed = 0; was_needed; ++allowed) {
+      std::string result;
+      result.reserve(2 * expected.size());
+      allowance = allowed;
+      convert_twice(converter, text, result);
+      was_needed = std::exchange(allowance, no_limit) < 0;
+      EXPECT_EQ(result, expected) << to << ", allocation " << allowed;
+    }
+    i18n_text_close(converter);
   }
 }

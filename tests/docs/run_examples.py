@@ -3,7 +3,7 @@
 
   run_examples.py PAGE DIRECTORY_OF_PROGRAMS COMPILER [ARGUMENT...]
 
-In a manual page these are the first two literal displays under EXAMPLES: a program in C and its output.
+In a manual page these are the literal displays under EXAMPLES, in turn a program in C and its output.
 In a Markdown page, each ```c block that has a main function, with the ```text block that follows it,
 and each command in a ```console block, which finds the page's directory around it and the programs in
 its PATH.
@@ -24,7 +24,8 @@ def manual_programs(text):
     examples = re.search(r"^\.Sh EXAMPLES$(.*?)^\.Sh ", text, re.M | re.S)
     displays = re.findall(r"^\.Bd -literal.*?\n(.*?)^\.Ed$", examples[1] if examples else "",
                           re.M | re.S)
-    return [tuple(display.replace(r"\e", "\\") for display in displays[:2])] if displays else []
+    displays = [display.replace(r"\e", "\\") for display in displays]
+    return list(zip(displays[::2], displays[1::2], strict=True))
 
 
 def markdown_programs(text):

@@ -52,7 +52,7 @@ for header in "$prefix"/include/qorvii18n/*.hpp; do
 done
 
 echo "== sonames, links and run paths"
-for name in qorvii18n qorvii18n-mail qorviks; do
+for name in qorvii18n qorvii18n-mail qorvii18n-text qorviks; do
   library=$prefix/$libdir/lib$name.so
   soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
   [[ $soname =~ ^lib$name\.so\.[0-9]+$ ]] || fail "lib$name: soname '$soname'"
@@ -60,7 +60,7 @@ for name in qorvii18n qorvii18n-mail qorviks; do
   [[ $(readlink "$prefix/$libdir/$soname") == "$soname".* ]] || fail "$soname does not lead to the file"
 done
 runpath() { readelf -d "$prefix/$libdir/lib$1.so" | sed -n 's/.*(R.*PATH).*\[\(.*\)\]/\1/p'; }
-[ "$(runpath qorvii18n)$(runpath qorvii18n-mail)$(runpath qorviks)" = '$ORIGIN' ] || fail "run path $(runpath qorvii18n)"
+[ "$(runpath qorvii18n)$(runpath qorvii18n-mail)$(runpath qorvii18n-text)$(runpath qorviks)" = '$ORIGIN' ] || fail "run path $(runpath qorvii18n)"
 if grep -rIlE "$scratch|$build_dir|$source_dir" "$prefix"; then fail "a path of this machine inside"; fi
 
 echo "== C99 program through pkg-config"
@@ -75,14 +75,17 @@ pkg-config --exists qorviks
   "$source_dir/tests/install/consumer.c" -o "$scratch/consumer_c" "${libs[@]}"
 LD_LIBRARY_PATH=$prefix/$libdir "$scratch/consumer_c"
 
-echo "== mail programs in C99 and C++17 through pkg-config"
-read -ra mail_flags < <(pkg-config --cflags --libs qorvii18n-mail)
-[ "${#mail_flags[@]}" = 3 ] || fail "more flags than needed: ${mail_flags[*]}"
-"$cc" "${flags[@]}" -std=c99 -pedantic -Wall -Werror -Wstrict-prototypes \
-  "$source_dir/tests/install/mail_consumer.c" -o "$scratch/mail_c" "${mail_flags[@]}"
-"$cxx" "${flags[@]}" -std=c++17 -pedantic -Wall -Wextra -Werror -x c++ \
-  "$source_dir/tests/install/mail_consumer.c" -o "$scratch/mail_cpp" "${mail_flags[@]}"
-for program in mail_c mail_cpp; do LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$program"; done
+for name in mail text; do
+  echo "== $name programs in C99 and C++17 through pkg-config"
+  read -ra needed < <(pkg-config --cflags --libs "qorvii18n-$name")
+  [ "${#needed[@]}" = 3 ] || fail "more flags than needed: ${needed[*]}"
+  program=$source_dir/tests/install/${name}_consumer.c
+  "$cc" "${flags[@]}" -std=c99 -pedantic -Wall -Werror -Wstrict-prototypes \
+    "$program" -o "$scratch/${name}_c" "${needed[@]}"
+  "$cxx" "${flags[@]}" -std=c++17 -pedantic -Wall -Wextra -Werror -x c++ \
+    "$program" -o "$scratch/${name}_cpp" "${needed[@]}"
+  for program in "${name}_c" "${name}_cpp"; do LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$program"; done
+done
 
 # Configures the C++ program against the prefixes in $1, with more arguments for cmake.
 configure() {
@@ -106,7 +109,7 @@ if grep '"command"' "$scratch/build/compile_commands.json" | tr ' ' '\n' |
   fail "the package adds flags"
 fi
 
-[ -x "$scratch/build/mail_consumer" ] || fail "no mail program"
+[ -x "$scratch/build/mail_consumer" ] && [ -x "$scratch/build/text_consumer" ] || fail "a program is missing"
 
 # PREFIXES COMPONENT REASON: find_package fails, and says why.
 refused() {
@@ -114,14 +117,16 @@ refused() {
   tr -s ' \n' ' ' <"$scratch/log" | grep -qF "$3" || { cat "$scratch/log"; fail "no reason: $3"; }
 }
 
-echo "== the mail library alone"
-install_into "$scratch/mail_alone" common_development mail mail_development
-configure "$scratch/mail_alone" -DCOMPONENTS=mail || { cat "$scratch/log"; fail "configure"; }
-build_and_run
-[ ! -x "$scratch/build/consumer" ] || fail "a program with the other library"
+for name in text mail; do
+  echo "== the $name library alone"
+  install_into "$scratch/${name}_alone" common_development $name ${name}_development
+  configure "$scratch/${name}_alone" -DCOMPONENTS=$name || { cat "$scratch/log"; fail "configure"; }
+  build_and_run
+  [ "$(cd "$scratch/build" && ls -- *consumer)" = ${name}_consumer ] || fail "a program with another library"
+done
 refused "$scratch/mail_alone" qorvii18n "the development files of component qorvii18n are not installed"
 refused "$scratch/mail_alone" "" "the development files of component qorvii18n are not installed"
-refused "$prefix" "mail;fax" "there is no component fax, but qorviks, qorvii18n, mail"
+refused "$prefix" "mail;fax" "there is no component fax, but qorviks, qorvii18n, mail, text"
 
 echo "== a libqorviks from elsewhere, without a CMake package"
 install_into "$scratch/alone" runtime development common_development

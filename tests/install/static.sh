@@ -25,9 +25,11 @@ export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
 programs=$source_dir/tests/install
 "$CC" -std=c99 "$programs/consumer.c" -o "$scratch/consumer" $(pkg-config --cflags --libs qorvii18n)
 "$scratch/consumer"
-"$CC" -std=c99 "$programs/mail_consumer.c" -o "$scratch/mail_consumer" \
-  $(pkg-config --cflags --libs qorvii18n-mail)
-"$scratch/mail_consumer"
+for name in mail text; do
+  "$CC" -std=c99 "$programs/${name}_consumer.c" -o "$scratch/${name}_consumer" \
+    $(pkg-config --cflags --libs qorvii18n-$name)
+  "$scratch/${name}_consumer"
+done
 
 # The C++ program has an imsg_print of its own, and takes the other services from the library.
 for project in find_package find_package_c; do

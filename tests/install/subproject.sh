@@ -18,14 +18,15 @@ grep -q 'CMAKE_BUILD_TYPE is not set' "$scratch/log" || fail "no word on the mis
 cmake --build "$scratch/build" -j2 >"$scratch/log" 2>&1 || { cat "$scratch/log"; exit 1; }
 "$scratch/build/consumer"
 "$scratch/build/mail_consumer"
+"$scratch/build/text_consumer"
 
 echo "== no flags of ours"
 commands=$(grep '"command"' "$scratch/build/compile_commands.json")
-[ "$(grep -c consumer.c <<<"$commands")" = 2 ] || fail "no compile command of the program"
+[ "$(grep -c consumer.c <<<"$commands")" = 3 ] || fail "no compile command of the program"
 if grep consumer.c <<<"$commands" | tr ' ' '\n' | grep -E '^-[^Ioc]'; then
   fail "the program is compiled with flags of ours"
 fi
-if tr ' ' '\n' <<<"$commands" | grep -E '^-W|/tests/|/bench/|/examples/' | grep -vE '/tests/install/(mail_)?consumer.c'; then
+if tr ' ' '\n' <<<"$commands" | grep -E '^-W|/tests/|/bench/|/examples/' | grep -vE '/tests/install/((mail|text)_)?consumer.c'; then
   fail "warnings, tests, benchmarks or examples in a subproject"
 fi
 

@@ -4,6 +4,7 @@
 #include <qorvii18n/i18n_iconv.h>
 #include <qorvii18n/i18n_mail.h>
 #include <qorvii18n/i18n_mime.h>
+#include <qorvii18n/i18n_text.h>
 #include <unicode/ucnv.h>
 
 #include <array>
@@ -95,6 +96,17 @@ std::string make_mail(Make make) {
   char* result = make(&error);
   if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
   return result != nullptr ? take(result) : i18n_mail_status_text(error.status);
+}
+
+std::string convert_whole(const char* from, const char* to, std::string_view text) {
+  i18n_text_error_t error;
+  size_t length;
+  char* const made = i18n_text_convert_all(from, to, text.data(), text.size(), &length, &error);
+  const std::string result =
+      made != nullptr ? std::string(made, length) : std::to_string(error.position);
+  i18n_text_free(made);
+  if (error.status == I18N_TEXT_OUT_OF_MEMORY) throw std::bad_alloc();
+  return result;
 }
 
 constexpr Call calls[] = {
@@ -228,6 +240,14 @@ constexpr Call calls[] = {
             return i18n_mail_data("a/b", japanese.data(), japanese.size(), error);
           });
         }},
+    {"i18n_text_convert_all",
+        [] {
+          return convert_whole("UTF-8", "ISO-2022-JP", japanese.data()) +
+                 convert_whole("sjis", "GB18030", sjis) +
+                 convert_whole("UTF-8", "Shift_JIS", "\ue000");  // takes another look
+        }},
+    {"i18n_text_convert_all, lacking",
+        [] { return convert_whole("UTF-8", "ISO-8859-1", german.data()); }},
 };
 
 }  // namespace

@@ -28,6 +28,9 @@ def type_name(identity):
             return of_type(element) + "".join(f"[{s.get('length')}]" for s in element)
         case "typedef-decl":
             return of_type(element)
+        case "function-type":
+            parameters = ", ".join(map(of_type, element.findall("parameter")))
+            return f"{of_type(element.find('return'))}({parameters})"
     assert name, f"no name for a type of the kind {element.tag}"
     return name
 

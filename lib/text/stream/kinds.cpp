@@ -1,0 +1,60 @@
+#include "text/stream/kinds.h"
+
+#include <new>
+
+namespace text {
+
+ConverterPtr open_lossless(const char* charset) {
+  ConverterPtr converter = open_converter(charset);
+  if (converter == nullptr || !is_copyable(converter.get())) return nullptr;
+  make_lossless(converter.get());
+  return converter;
+}
+
+ConverterPtr open_again(const char* charset) {
+  ConverterPtr converter = open_lossless(charset);
+  if (converter == nullptr) throw std::bad_alloc();
+  return converter;
+}
+
+bool is_reset_by_icu(const UConverter* converter) {
+  const UConverterType type = ucnv_getType(converter);
+  return type < UCNV_LMBCS_1 || type > UCNV_LMBCS_LAST;
+}
+
+bool has_state(const UConverter* converter) {
+  switch (ucnv_getType(converter)) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_UTF8:
+    case UCNV_US_ASCII:
+    case UCNV_CESU8:
+      return false;
+    default:
+      return true;
+  }
+}
+
+bool is_unicode(const UConverter* converter) {
+  switch (ucnv_getType(converter)) {
+    case UCNV_UTF8:
+    case UCNV_UTF16_BigEndian:
+    case UCNV_UTF16_LittleEndian:
+    case UCNV_UTF32_BigEndian:
+    case UCNV_UTF32_LittleEndian:
+    case UCNV_SCSU:
+    case UCNV_UTF7:
+    case UCNV_BOCU1:
+    case UCNV_UTF16:
+    case UCNV_UTF32:
+    case UCNV_CESU8:
+    case UCNV_IMAP_MAILBOX:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace text

@@ -1,0 +1,19 @@
+// Lines and columns, as editors count them.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace text {
+
+// Where a character stands. Lines end at LF, CR LF and CR; a column is a code point.
+struct Place {
+  std::uint64_t line = 1;
+  std::uint64_t column = 1;
+  bool is_after_cr = false;
+
+  // Goes past UTF-16 that has no half of a surrogate pair at either end.
+  void advance(std::u16string_view units);
+};
+
+}  // namespace text

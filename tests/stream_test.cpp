@@ -1,0 +1,311 @@
+// Text in pieces, through the shared library: every case whole and cut everywhere, with any room.
+#include <qorvii18n/i18n_text.h>
+
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string_view>
+
+#include "support/testing.h"
+
+// What ended a text, without the status that is in the case.
+bool operator==(const i18n_text_error_t& left, const i18n_text_error_t& right) {
+  return std::tie(left.status, left.character, left.position, left.line, left.column) ==
+         std::tie(right.status, right.character, right.position, right.line, right.column);
+}
+void PrintTo(const i18n_text_error_t& error, std::ostream* out) {
+  *out << "status " << error.status << ", character " << error.character << ", position "
+       << error.position << ", line " << error.line << ", column " << error.column;
+}
+
+namespace {
+
+using namespace std::string_view_literals;
+
+using Converter = std::unique_ptr<i18n_text_converter_t, decltype(&i18n_text_close)>;
+
+Converter open(const char* from, const char* to) {
+  i18n_text_status_t status = I18N_TEXT_FULL;
+  Converter converter(i18n_text_open(from, to, &status), i18n_text_close);
+  EXPECT_EQ(status, I18N_TEXT_OK) << from << " to " << to;
+  return converter;
+}
+
+struct Result {
+  i18n_text_status_t status;
+  std::string output;
+  i18n_text_error_t error;
+};
+
+// One piece, converted with so much room a call.
+i18n_text_status_t convert_piece(i18n_text_converter_t* converter, std::string_view piece,
+    bool is_last, size_t room, std::string& result) {
+  const char* input = piece.data();
+  std::string buffer(room, '?');
+  for (;;) {
+    char* output = buffer.data();
+    const auto status = i18n_text_convert(
+        converter, &input, piece.data() + piece.size(), &output, output + room, is_last);
+    result.append(buffer.data(), output);
+    if (status != I18N_TEXT_FULL) return status;
+    if (output == buffer.data()) ADD_FAILURE() << "no output, and yet no room";
+  }
+}
+
+// In pieces that end at each multiple of a size, or one piece that is last.
+Result convert(
+    i18n_text_converter_t* converter, std::string_view text, size_t piece_size, size_t room) {
+  Result result = {I18N_TEXT_OK, "", {}};
+  i18n_text_reset(converter);
+  for (size_t i = 0; i < text.size() && result.status == I18N_TEXT_OK; i += piece_size) {
+    result.status =
+        convert_piece(converter, text.substr(i, piece_size), false, room, result.output);
+  }
+  if (result.status == I18N_TEXT_OK) {
+    result.status = convert_piece(converter, {}, true, room, result.output);
+  }
+  i18n_text_get_error(converter, &result.error);
+  return result;
+}
+
+struct Case {
+  const char *from, *to;
+  std::string_view text, output;
+  i18n_text_error_t error = {};
+};
+
+void check(const Case& expected) {
+  SCOPED_TRACE(testing::Message() << expected.from << " to " << expected.to << ": "
+                                  << testing::PrintToString(expected.text.substr(0, 80)));
+  i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
+  size_t length = 77;
+  char* const whole = i18n_text_convert_all(
+      expected.from, expected.to, expected.text.data(), expected.text.size(), &length, &error);
+  EXPECT_EQ(error, expected.error);
+  if (expected.error.status == I18N_TEXT_OK) {
+    ASSERT_NE(whole, nullptr);
+    EXPECT_EQ(std::string(whole, length + 1), std::string(expected.output) + '\0');
+  } else {
+    EXPECT_EQ(whole, nullptr);
+    EXPECT_EQ(length, 0u);
+  }
+  i18n_text_free(whole);
+
+  const Converter converter = open(expected.from, expected.to);
+  const size_t size = expected.text.size();
+  for (const size_t piece : {size + 1, size_t{1}, size_t{2}, size_t{3}, size_t{7}, size_t{4099}}) {
+    for (const size_t room : {4 * size + 300, size_t{1}, size_t{5}}) {
+      const Result result = convert(converter.get(), expected.text, piece, room);
+      EXPECT_EQ(std::tuple(result.status, result.output, result.error),
+          std::tuple(expected.error.status, expected.output, expected.error))
+          << "pieces of " << piece << ", room of " << room;
+    }
+  }
+}
+
+constexpr auto invalid = I18N_TEXT_INVALID, incomplete = I18N_TEXT_INCOMPLETE,
+               lacking = I18N_TEXT_LACKING;
+
+TEST(Text, ConvertsEveryKindOfCharset) {
+  const Case cases[] = {
+      {"UTF-8", "UTF-8", "", ""},
+      {"UTF-8", "windows-1252", "a\u00fc\u20ac", "a\xfc\x80"},
+      {"Shift_JIS", "UTF-8", "\x93\xfa\x96\x7b\xb6", "\u65e5\u672c\uff76"},
+      {"UTF-8", "GB18030", "\u00fc\U0001F600", "\xa8\xb9\x94\x39\xfc\x36"},
+      // a state, and the way back
+      {"UTF-8", "ISO-2022-JP", "a\u65e5", "a\x1b$BF|\x1b(B"},
+      {"ISO-2022-JP", "ISO-2022-JP", "\x1b$BF|", "\x1b$BF|\x1b(B"},
+      {"UTF-8", "ISO-2022-KR", "", "\x1b$)C"},
+      {"UTF-8", "ISO-2022-CN", "\u4e2d", "\x1b$)A\x0eVP\x0f"},
+      {"UTF-8", "ibm-930", "a\u65e5", "\x62\x0e\x45\x62\x0f"},
+      {"HZ", "UTF-8", "~~~{VP~}~\n.", "~\u4e2d."},
+      {"UTF-7", "UTF-8", "+2D3eAA-+AOQ", "\U0001F600\u00e4"},
+      {"UTF-8", "IMAP-mailbox-name", "a&\u00e4", "a&-&AOQ-"},
+      // byte order marks
+      {"UTF-16", "UTF-8", "\xfe\xff\x00\x61\xd8\x3d\xde\x00"sv, "a\U0001F600"},
+      {"UTF-16", "UTF-8", "\xff\xfe\x61\x00"sv, "a"},
+      {"UTF-32", "UTF-8", "\xff\xfe\x00\x00\x61\x00\x00\x00"sv, "a"},
+      {"UTF-8", "UTF-8", "\ufeffa", "\ufeffa"},
+      // what comes before or after decides
+      {"UTF-8", "SCSU", "\u0436\u0436\u4e2d\u0436", "\x12\xb6\xb6\x0fN-\xe2\xb6"},
+      {"SCSU", "UTF-8", "\x12\xb6\xb6\x0eN-\xb6", "\u0436\u0436\u4e2d\u0436"},
+      {"BOCU-1", "UTF-8", "\xd3\xea\x86\x86", "\u0436\u0436\u0436"},
+      {"CESU-8", "UTF-8", "\xed\xa0\xbd\xed\xb8\x80", "\U0001F600"},
+      {"UTF-8", "LMBCS-1", "a\u0436\u0436", "a\x05\xe6\x05\xe6"},
+      // one code for two code points, in the middle and at the end, and one of them alone
+      {"UTF-8", "ibm-16684", "\u304b\u309a\u304b", "\xec\xb5\x44\x86"},
+      {"ibm-16684", "UTF-8", "\xec\xb5\x44\x86", "\u304b\u309a\u304b"},
+      // an escape in place of a lead byte
+      {"gsm-03.38-2009", "UTF-8", "\x1b\x65", "\u20ac"},
+      // a joiner that belongs to the sign before it
+      {"UTF-8", "ISCII,version=0", "\u0915\u094d\u200d\u0915", "\xef\x42\xb3\xe8\xe9\xb3"},
+      // private use with a code of its own
+      {"UTF-8", "Shift_JIS", "\ue000", "\xf0\x40"},
+      {nullptr, nullptr, "\u00e4", "\u00e4"},
+  };
+  for (const Case& each : cases) check(each);
+}
+
+TEST(Text, TellsWhereItEnds) {
+  const Case cases[] = {
+      {"UTF-8", "UTF-8", "a\xff", "a", {invalid, 0, 1, 1, 2}},
+      {"UTF-8", "UTF-8", "\u65e5\xe6\x97x", "\u65e5", {invalid, 0, 3, 1, 2}},
+      {"UTF-8", "UTF-8", "\u65e5\xe6\x97", "\u65e5", {incomplete, 0, 3, 1, 2}},
+      {"UTF-8", "ISO-8859-1", "\u00e4\u20ac", "\xe4", {lacking, 0x20ac, 2, 1, 2}},
+      {"UTF-8", "US-ASCII", "a\U0001F600", "a", {lacking, 0x1f600, 1, 1, 2}},
+      // after an escape sequence, and the target goes back
+      {"ISO-2022-JP", "UTF-8", "\x1b$B\xff!", "", {invalid, 0, 3, 1, 1}},
+      {"ISO-2022-JP", "UTF-8", "\x1b$BF", "", {incomplete, 0, 3, 1, 1}},
+      {"ISO-2022-JP", "UTF-8", "a\x1b$", "a", {incomplete, 0, 1, 1, 2}},
+      {"UTF-8", "ISO-2022-JP", "\u65e5\u00fc", "\x1b$BF|\x1b(B", {lacking, 0xfc, 3, 1, 2}},
+      {"UTF-8", "ISO-2022-KR", "\xff", "\x1b$)C", {invalid, 0, 0, 1, 1}},
+      // the first of two errors
+      {"UTF-8", "ISO-8859-1", "\u20ac\xff", "", {lacking, 0x20ac, 0, 1, 1}},
+      {"UTF-8", "ISO-8859-1", "\xff\u20ac", "", {invalid, 0, 0, 1, 1}},
+      // half of a pair
+      {"UTF-7", "UTF-8", "a+2D0-", "a", {invalid, 0, 2, 1, 2}},
+      {"UTF-7", "UTF-8", "+2D0AYQ-", "", {invalid, 0, 1, 1, 1}},
+      {"CESU-8", "UTF-8", "a\xed\xb8\x80", "a", {invalid, 0, 1, 1, 2}},
+      {"CESU-8", "UTF-8", "a\xed\xa0\xbd\xff", "a", {invalid, 0, 1, 1, 2}},
+      {"UTF-16LE", "UTF-8", "\x3d\xd8"sv, "", {incomplete, 0, 0, 1, 1}},
+      {"UTF-16", "UTF-8", "\xfe\xff\xdc\x00"sv, "", {invalid, 0, 2, 1, 1}},
+      // what ICU drops, on its own
+      {"HZ", "UTF-8", "~{VPV", "\u4e2d", {incomplete, 0, 4, 1, 2}},
+      {"HZ", "UTF-8", "a~", "a", {incomplete, 0, 1, 1, 2}},
+      {"UTF-8", "US-ASCII", "a\u00ad", "a", {lacking, 0xad, 1, 1, 2}},
+      {"UTF-8", "ISCII,version=0", "a\u200c", "a", {lacking, 0x200c, 1, 1, 2}},
+      // what ICU writes and reads as something else
+      {"UTF-8", "Shift_JIS", "a\uf860", "a", {lacking, 0xf860, 1, 1, 2}},
+      {"UTF-8", "ISCII,version=0", "\u0915\u200d", "\xef\x42\xb3", {lacking, 0x200d, 3, 1, 2}},
+      {"UTF-8", "ISCII,version=0", "\u0915\u094d\u094d", "\xef\x42\xb3\xe8",
+          {lacking, 0x94d, 6, 1, 3}},
+      {"UTF-8", "ISCII,version=1", "\r\u0915", "\r", {lacking, 0x915, 1, 2, 1}},
+      // a switch of scripts before what is refused
+      {"UTF-8", "ISCII,version=0", "\u0915\u0984", "\xef\x42\xb3", {lacking, 0x984, 3, 1, 2}},
+      // where lengths of characters are not what ICU says
+      {"gsm-03.38-2009", "US-ASCII", "a\x1b\x65", "a", {lacking, 0x20ac, 1, 1, 2}},
+      {"BOCU-1", "US-ASCII", "\xb1\xd3\xea", "a", {lacking, 0x436, 1, 1, 2}},
+      {"SCSU", "US-ASCII", "a\x0eN-", "a", {lacking, 0x4e2d, 1, 1, 2}},
+      // lines and columns
+      {"UTF-8", "UTF-8", "\u00e4\n\r\n\r\r\n\U0001F600\xff", "\u00e4\n\r\n\r\r\n\U0001F600",
+          {invalid, 0, 12, 5, 2}},
+      {"UTF-8", "UTF-8", "a\r\xff", "a\r", {invalid, 0, 2, 2, 1}},
+      {"UTF-16LE", "US-ASCII", "\n\0a\0\xac\x20"sv, "\na", {lacking, 0x20ac, 4, 2, 2}},
+  };
+  for (const Case& each : cases) check(each);
+}
+
+// Errors around the ends of blocks, and where the beginning of the text is long gone.
+TEST(Text, FindsErrorsInLongTexts) {
+  const std::string word = "\x1b$B%F%9%H\x1b(B a\n", word_utf8 = "\u30c6\u30b9\u30c8 a\n";
+  for (const int count : {255, 256, 257, 512, 1025}) {
+    const std::string text = repeat(word, count), utf8 = repeat(word_utf8, count);
+    const auto lines = static_cast<uint64_t>(count);
+    check({"ISO-2022-JP", "UTF-8", text + "\x1b$B%F\xff!", utf8 + "\u30c6",
+        {invalid, 0, text.size() + 5, lines + 1, 2}});
+    check({"UTF-8", "ISO-2022-JP", utf8 + "\u30c6\u00fc", text + "\x1b$B%F\x1b(B",
+        {lacking, 0xfc, utf8.size() + 3, lines + 1, 2}});
+    check({"UTF-8", "UTF-16LE,version=1", utf8.substr(0, 5) + std::string("\xf0\x9f"),
+        "\xff\xfe\xc6\x30", {invalid, 0, 3, 1, 2}});
+  }
+}
+
+TEST(Text, EndsOnceAndStaysEnded) {
+  const Converter converter = open("UTF-8", "ISO-2022-JP");
+  const auto call = [&](std::string_view text, bool is_last, size_t room = 100) {
+    std::string output(room, '?');
+    const char* input = text.data();
+    char* begin = output.data();
+    const auto status = i18n_text_convert(
+        converter.get(), &input, text.data() + text.size(), &begin, begin + room, is_last);
+    output.resize(static_cast<size_t>(begin - output.data()));
+    return std::tuple(status, text.size() - static_cast<size_t>(text.end() - input), output);
+  };
+  // without input, without room, without either
+  char* no_room = nullptr;
+  const char* no_input = nullptr;
+  EXPECT_EQ(
+      i18n_text_convert(converter.get(), nullptr, nullptr, &no_room, nullptr, 0), I18N_TEXT_OK);
+  EXPECT_EQ(
+      i18n_text_convert(converter.get(), &no_input, nullptr, &no_room, nullptr, 0), I18N_TEXT_OK);
+  EXPECT_EQ(call("\u65e5", false, 0), std::tuple(I18N_TEXT_FULL, 3u, ""));
+  EXPECT_EQ(call("", false, 4), std::tuple(I18N_TEXT_FULL, 0u, "\x1b$BF"));
+  EXPECT_EQ(call("", true, 2), std::tuple(I18N_TEXT_FULL, 0u, "|\x1b"));
+  EXPECT_EQ(call("", true), std::tuple(I18N_TEXT_OK, 0u, "(B"));
+  EXPECT_EQ(call("", true), std::tuple(I18N_TEXT_OK, 0u, ""));
+  EXPECT_EQ(call("", false), std::tuple(I18N_TEXT_OK, 0u, ""));
+  EXPECT_EQ(call("a", false), std::tuple(I18N_TEXT_ENDED, 0u, ""));
+  i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
+  i18n_text_get_error(converter.get(), &error);
+  EXPECT_EQ(error, i18n_text_error_t());
+
+  // an error waits for the output before it
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(std::get<0>(call("\u65e5\xff", false, 6)), I18N_TEXT_FULL);
+  i18n_text_get_error(converter.get(), &error);
+  EXPECT_EQ(error, i18n_text_error_t());
+  EXPECT_EQ(call("", false), std::tuple(I18N_TEXT_INVALID, 0u, "(B"));
+  EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_INVALID, 0u, ""));
+  i18n_text_get_error(converter.get(), &error);
+  EXPECT_EQ(error, (i18n_text_error_t{invalid, 0, 3, 1, 2}));
+  i18n_text_get_error(converter.get(), nullptr);
+
+  // a new text, whatever was left of the old one
+  EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_INVALID, 0u, ""));
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(call("\u65e5\xe6", false, 2), std::tuple(I18N_TEXT_FULL, 4u, "\x1b$"));
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_OK, 1u, "a"));
+}
+
+TEST(Text, StopsWhenTheOutputIsRefused) {
+  const Converter converter = open("UTF-8", "UTF-16LE");
+  struct Taker {
+    std::string taken;
+    size_t limit;
+    static int take(void* context, const char* bytes, size_t length) {
+      Taker& taker = *static_cast<Taker*>(context);
+      EXPECT_GT(length, 0u);
+      taker.taken.append(bytes, length);
+      return taker.taken.size() > taker.limit;
+    }
+  };
+  const std::string text(10000, 'a'), end = "b";
+  Taker all = {"", 20002}, some = {"", 1000};
+  const auto convert_to = [&](const std::string& piece, bool is_last, Taker& taker) {
+    return i18n_text_convert_to(
+        converter.get(), piece.data(), piece.size(), is_last, Taker::take, &taker);
+  };
+  EXPECT_EQ(convert_to(text, false, all), I18N_TEXT_OK);
+  EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_OK);
+  EXPECT_EQ(all.taken, repeat(std::string("a\0", 2), 10000) + std::string("b\0", 2));
+  EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_ENDED);
+
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(convert_to(text, false, some), I18N_TEXT_STOPPED);
+  some.limit = 20002;
+  EXPECT_EQ(convert_to(end, true, some), I18N_TEXT_STOPPED);
+  i18n_text_error_t error;
+  i18n_text_get_error(converter.get(), &error);
+  EXPECT_EQ(error, (i18n_text_error_t{I18N_TEXT_STOPPED, 0, 0, 0, 0}));
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(i18n_text_convert_to(converter.get(), nullptr, 0, 1, Taker::take, &some), I18N_TEXT_OK);
+}
+
+TEST(Text, RefusesCharsets) {
+  for (const char* name : {"klingon", "", "x11-compound-text"}) {
+    i18n_text_status_t status = I18N_TEXT_OK;
+    EXPECT_EQ(i18n_text_open(name, "UTF-8", &status), nullptr) << name;
+    EXPECT_EQ(status, I18N_TEXT_UNKNOWN_SOURCE);
+    EXPECT_EQ(i18n_text_open("UTF-8", name, &status), nullptr) << name;
+    EXPECT_EQ(status, I18N_TEXT_UNKNOWN_TARGET);
+    EXPECT_EQ(i18n_text_open(name, name, nullptr), nullptr);
+    i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
+    EXPECT_EQ(i18n_text_convert_all("UTF-8", name, "a", 1, nullptr, &error), nullptr);
+    EXPECT_EQ(error, (i18n_text_error_t{I18N_TEXT_UNKNOWN_TARGET, 0, 0, 0, 0}));
+  }
+  i18n_text_close(nullptr);
+  i18n_text_free(nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,381 @@
+// Compares the library for text in pieces with ICU, with itself and with iconv(3): random texts in
+// every charset, whole, damaged and cut off, to every charset.
+//
+//   pieces MINUTES [SEED]    0 for one round over all pairs of charsets
+//
+// A text is converted in one call, in random pieces down to a byte with random room down to a byte,
+// and by ICU as a whole. What comes out must be the same; where an error is, ICU must convert what
+// is before it and nothing longer. Exit status: 1 when something differs.
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qorvii18n/i18n_text.h>
+#include <unicode/ucnv.h>
+#include <unicode/utf16.h>
+
+namespace {
+
+std::mt19937_64 random_source;
+size_t random_below(size_t limit) { return limit == 0 ? 0 : random_source() % limit; }
+
+void stop(const void*, UConverterFromUnicodeArgs*, const UChar*, int32_t, UChar32,
+          UConverterCallbackReason, UErrorCode*) {}
+
+// What ICU makes of a whole text, strictly.
+class Charset {
+ public:
+  explicit Charset(const char* charset) : name(charset) {
+    UErrorCode status = U_ZERO_ERROR;
+    strict_.adoptInstead(ucnv_open(charset, &status));
+    lax_.adoptInstead(ucnv_open(charset, &status));
+    type = ucnv_getType(strict_.getAlias());
+    for (UConverter* converter : {strict_.getAlias(), lax_.getAlias()}) {
+      ucnv_setFallback(converter, false);
+      ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    }
+    ucnv_setFromUCallBack(strict_.getAlias(), stop, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(lax_.getAlias(), UCNV_FROM_U_CALLBACK_SKIP, nullptr, nullptr, nullptr,
+                          &status);
+  }
+
+  // Nothing when there is something invalid.
+  std::optional<std::u16string> read(std::string_view bytes, bool is_all = true) {
+    std::u16string units(bytes.size() * 4 + 32, u'\0');
+    const char* source = bytes.data();
+    char16_t* target = units.data();
+    UErrorCode status = U_ZERO_ERROR;
+    ucnv_reset(strict_.getAlias());
+    ucnv_toUnicode(strict_.getAlias(), &target, units.data() + units.size(), &source,
+                   source + bytes.size(), nullptr, is_all, &status);
+    units.resize(static_cast<size_t>(target - units.data()));
+    if (U_FAILURE(status) || (is_all && type == UCNV_HZ && ends_inside_hz(bytes)))
+      return std::nullopt;
+    for (size_t i = 0; i < units.size();) {
+      UChar32 character;
+      U16_NEXT(units.data(), i, units.size(), character);
+      if (U_IS_SURROGATE(character)) return std::nullopt;
+    }
+    return units;
+  }
+
+  // Nothing when something is lacking.
+  std::optional<std::string> write(std::u16string_view units) {
+    bool good = true;
+    std::string bytes = write(strict_.getAlias(), units, good);
+    if (!good || is_unfit_for_iscii(units)) return std::nullopt;
+    if (!has_nukta(units) && read(bytes) != units) return std::nullopt;
+    return bytes;
+  }
+
+  // Leaves out what is lacking.
+  std::string write_some(std::u16string_view units) {
+    bool good = true;
+    return write(lax_.getAlias(), units, good);
+  }
+
+  // Whether characters share bytes.
+  bool has_runs() const { return type == UCNV_UTF7 || type == UCNV_IMAP_MAILBOX; }
+
+  std::string name;
+  UConverterType type;
+
+ private:
+  // ICU forgets the first byte of two and a tilde when nothing follows.
+  static bool ends_inside_hz(std::string_view bytes) {
+    bool is_double = false;
+    for (size_t i = 0; i < bytes.size(); ++i) {
+      if (bytes[i] == '~') {
+        if (++i == bytes.size()) return true;
+        if (bytes[i] == '{') is_double = true;
+        if (bytes[i] == '}') is_double = false;
+      } else if (is_double) {
+        if (++i == bytes.size()) return true;
+      }
+    }
+    return false;
+  }
+
+  // ISCII has a character with a nukta in one form only, the one or the other of Unicode's.
+  bool has_nukta(std::u16string_view units) const {
+    return type == UCNV_ISCII && std::ranges::any_of(units, [](char16_t unit) {
+             return 0x0900 <= unit && unit < 0x0D80 && (unit & 0x7F) == 0x3C;
+           });
+  }
+
+  // Refused, though some of it might be read back in its place.
+  bool is_unfit_for_iscii(std::u16string_view units) const {
+    bool is_after_cr = false;
+    for (size_t i = 0; type == UCNV_ISCII && i < units.size(); ++i) {
+      const auto is_virama = [](char16_t unit) {
+        return 0x0900 <= unit && unit < 0x0D80 && (unit & 0x7F) == 0x4D;
+      };
+      const bool is_after_virama = i > 0 && is_virama(units[i - 1]);
+      if ((units[i] == 0x200C || units[i] == 0x200D) && !is_after_virama) return true;
+      if (is_virama(units[i]) && is_after_virama) return true;
+      if (is_after_cr && 0x0900 <= units[i] && units[i] < 0x0D80) return true;
+      is_after_cr = units[i] == u'\r' || (is_after_cr && units[i] != u'\n');
+    }
+    return false;
+  }
+
+  std::string write(UConverter* converter, std::u16string_view units, bool& good) {
+    // These write a character in a form that depends on what else is in the call.
+    const bool is_alone = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
+    icu::LocalUConverterPointer other;
+    if (type != UCNV_SCSU && is_alone) {
+      UErrorCode status = U_ZERO_ERROR;
+      other.adoptInstead(ucnv_clone(converter, &status));
+    }
+    ucnv_reset(converter);
+    std::string bytes(units.size() * 8 + 64, '\0');
+    char* target = bytes.data();
+    const char16_t* source = units.data();
+    const char16_t* const end = source + units.size();
+    UErrorCode status = U_ZERO_ERROR;
+    UConverter* const used = other.isNull() ? converter : other.getAlias();
+    while (U_SUCCESS(status) && source != end) {
+      const char16_t* const call_end = is_alone ? source + 1 : end;
+      ucnv_fromUnicode(used, &target, bytes.data() + bytes.size(), &source, call_end, nullptr,
+                       false, &status);
+    }
+    ucnv_fromUnicode(used, &target, bytes.data() + bytes.size(), &source, end, nullptr, true,
+                     &status);
+    good = U_SUCCESS(status);
+    bytes.resize(static_cast<size_t>(target - bytes.data()));
+    return bytes;
+  }
+
+  icu::LocalUConverterPointer strict_, lax_;
+};
+
+struct Result {
+  i18n_text_status_t status = I18N_TEXT_OK;
+  std::string output;
+  i18n_text_error_t error = {};
+
+  bool operator==(const Result& other) const {
+    return status == other.status && output == other.output && error.status == other.error.status &&
+           error.position == other.error.position && error.line == other.error.line &&
+           error.column == other.error.column && error.character == other.error.character;
+  }
+};
+
+// In pieces and room of at most so many bytes; 0 for one call.
+Result convert(i18n_text_converter_t* converter, std::string_view text, size_t most) {
+  Result result;
+  i18n_text_reset(converter);
+  const char* input = text.data();
+  const char* const end = input + text.size();
+  std::string room(most == 0 ? text.size() * 8 + 4096 : most, '\0');
+  bool is_last = false;
+  do {
+    const char* const piece_end =
+        most == 0 ? end : input + random_below(std::min<size_t>(most, end - input) + 1);
+    is_last = piece_end == end && (most == 0 || random_below(2) == 0);
+    do {
+      char* output = room.data();
+      char* const output_end = output + (most == 0 ? room.size() : random_below(most) + 1);
+      const char* const before = input;
+      result.status = i18n_text_convert(converter, &input, piece_end, &output, output_end, is_last);
+      result.output.append(room.data(), output);
+      if (result.status == I18N_TEXT_FULL && output == room.data() && input == before) {
+        std::printf("no progress\n");
+        std::exit(1);
+      }
+      if (result.status == I18N_TEXT_OK && input != piece_end) {
+        std::printf("not taken\n");
+        std::exit(1);
+      }
+    } while (result.status == I18N_TEXT_FULL);
+  } while (result.status == I18N_TEXT_OK && !is_last);
+  i18n_text_get_error(converter, &result.error);
+  return result;
+}
+
+std::string hex(std::string_view bytes) {
+  std::string text;
+  char digits[4];
+  for (const char byte : bytes.substr(0, 200)) {
+    std::snprintf(digits, sizeof digits, "%02x ", static_cast<unsigned char>(byte));
+    text += digits;
+  }
+  return text;
+}
+
+std::u16string random_units(size_t length) {
+  static const std::u16string_view pools[] = {
+      u"the quick brown fox 0123456789",
+      u"äöüßéèçñÆØ€œ“”–…¥\\~¬|",
+      u"Съешь ещё этих мягких булок",
+      u"ΑΒΓ αβγ ώ",
+      u"日本語テスト、ｶﾅ表能ソ\u304b\u309a\u30ab\u309a\u02e9\u02e5\u00e6\u0300",
+      u"한국어 中文繁體 简体 ￥—～",
+      u"हिन्दी का\u200d\u094d\u200d\u094d\u200c बাংলা தமிழ் ਗੁਰ",
+      u"שלום عربى ไทย ລາວ",
+      u"\U0001f600\U00010400\U00020000\U0002a6d6",
+      u"\ue000\uf8ff\ue758\U000f0000\U0010fffd\uf860",
+      u"\u00ad\u200b\ufeff\u2028\u0085\u0000\u001a\u007f\u000e\u001b",
+      u"\r\n\r\n\n\r",
+  };
+  std::u16string units;
+  while (units.size() < length) {
+    const std::u16string_view pool = pools[random_below(std::size(pools))];
+    for (size_t count = random_below(6); count > 0; --count) {
+      size_t index = random_below(pool.size());
+      if (U16_IS_TRAIL(pool[index])) --index;
+      units += pool[index];
+      if (U16_IS_LEAD(pool[index])) units += pool[index + 1];
+    }
+    if (random_below(8) == 0) units += static_cast<char16_t>(random_below(0xd800));
+  }
+  return units;
+}
+
+std::string random_text(Charset& from, Charset& to) {
+  size_t length = random_below(30);
+  if (random_below(60) == 0) length = random_below(9000);
+  std::u16string units = random_units(length);
+  if (random_below(2) == 0) units = to.read(to.write_some(units)).value_or(units);
+  std::string text = from.write_some(units);
+  switch (random_below(6)) {
+    case 0:
+      for (size_t n = random_below(3) + 1; n > 0 && !text.empty(); --n) {
+        text[random_below(text.size())] = static_cast<char>(random_below(256));
+      }
+      break;
+    case 1:
+      text.resize(random_below(text.size() + 1));
+      break;
+    case 2:
+      for (size_t n = random_below(3) + 1; n > 0 && !text.empty(); --n) {
+        text.erase(random_below(text.size()), 1);
+      }
+      break;
+    case 3:
+      for (size_t n = random_below(3) + 1; n > 0; --n) {
+        text.insert(random_below(text.size() + 1), 1, static_cast<char>(random_below(256)));
+      }
+      break;
+    default:
+      break;
+  }
+  return text;
+}
+
+std::map<std::string, std::map<std::string, int>> faults;  // kind, charset
+std::uint64_t texts = 0, cuts = 0, errors = 0;
+
+void report(const char* kind, const std::string& charset, const Charset& from, const Charset& to,
+            std::string_view text, const Result& one, const Result* other = nullptr) {
+  if (faults[kind][charset]++ > 1) return;
+  std::printf(
+      "%s: %s to %s: %s\n  status %d position %zu line %zu column %zu character %x output %s\n",
+      kind, from.name.c_str(), to.name.c_str(), hex(text).c_str(), one.status,
+      static_cast<size_t>(one.error.position), static_cast<size_t>(one.error.line),
+      static_cast<size_t>(one.error.column), one.error.character, hex(one.output).c_str());
+  if (other == nullptr) return;
+  std::printf("  status %d position %zu line %zu column %zu character %x output %s\n",
+              other->status, static_cast<size_t>(other->error.position),
+              static_cast<size_t>(other->error.line), static_cast<size_t>(other->error.column),
+              other->error.character, hex(other->output).c_str());
+}
+
+std::optional<std::string> convert_slowly(Charset& from, Charset& to, std::string_view text) {
+  const auto units = from.read(text);
+  return units ? to.write(*units) : std::nullopt;
+}
+
+void check(Charset& from, Charset& to, i18n_text_converter_t* converter) {
+  const std::string text = random_text(from, to);
+  ++texts;
+  const Result whole = convert(converter, text, 0);
+  for (const size_t most : {1, 7, 300}) {
+    ++cuts;
+    const Result pieces = convert(converter, text, most);
+    if (!(pieces == whole)) report("cut", from.name, from, to, text, whole, &pieces);
+  }
+  if (whole.status == I18N_TEXT_OK) {
+    const auto slow = convert_slowly(from, to, text);
+    if (!slow) return report("ok, not slowly", from.name + " " + to.name, from, to, text, whole);
+    if (*slow != whole.output) report("output", to.name, from, to, text, whole);
+    return;
+  }
+  ++errors;
+  if (whole.status != whole.error.status || whole.status < I18N_TEXT_INVALID ||
+      whole.status > I18N_TEXT_LACKING) {
+    return report("status", from.name, from, to, text, whole);
+  }
+  const size_t position = whole.error.position;
+  const auto before = convert_slowly(from, to, text.substr(0, position));
+  if (!before) return report("position, does not convert", from.name, from, to, text, whole);
+  // A character can be several code points of which only some are lacking.
+  const auto is_written = to.read(whole.output), is_before = to.read(*before);
+  if (!is_written || !is_before || !is_written->starts_with(*is_before) ||
+      (is_written->size() > is_before->size() + 4 && !from.has_runs())) {
+    report("output of error", to.name, from, to, text, whole);
+  }
+  for (size_t size = position + 1; size <= std::min(text.size(), position + 24); ++size) {
+    // Some characters begin with what is a character at the end of a text.
+    const std::string longer_text = text.substr(0, size);
+    if (convert_slowly(from, to, longer_text) &&
+        from.read(longer_text) == from.read(longer_text, false)) {
+      Result longer;
+      longer.error.position = size;
+      return report("longer converts", from.name, from, to, text, whole, &longer);
+    }
+  }
+  if (whole.status == I18N_TEXT_LACKING) return;
+  if (from.read(text)) report("not lacking", from.name, from, to, text, whole);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const int minutes = argc > 1 ? std::atoi(argv[1]) : 0;
+  random_source.seed(argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1);
+  std::vector<std::unique_ptr<Charset>> charsets;
+  for (int32_t i = 0; i < ucnv_countAvailable(); ++i) {
+    auto charset = std::make_unique<Charset>(ucnv_getAvailableName(i));
+    if (charset->type != UCNV_COMPOUND_TEXT) charsets.push_back(std::move(charset));
+  }
+  const auto start = std::chrono::steady_clock::now();
+  const auto has_time = [&] {
+    return std::chrono::steady_clock::now() - start < std::chrono::minutes(minutes);
+  };
+  do {
+    for (auto& from : charsets) {
+      for (auto& to : charsets) {
+        i18n_text_status_t status;
+        i18n_text_converter_t* const converter =
+            i18n_text_open(from->name.c_str(), to->name.c_str(), &status);
+        if (converter == nullptr) {
+          std::printf("%s to %s: %s\n", from->name.c_str(), to->name.c_str(),
+                      i18n_text_status_text(status));
+          return 1;
+        }
+        for (int i = 0; i < 4; ++i) check(*from, *to, converter);
+        i18n_text_close(converter);
+      }
+    }
+  } while (has_time());
+  std::printf("%llu texts, %llu of them with an error, %llu conversions in pieces\n",
+              static_cast<unsigned long long>(texts), static_cast<unsigned long long>(errors),
+              static_cast<unsigned long long>(cuts));
+  for (const auto& [kind, names] : faults) {
+    for (const auto& [name, count] : names) {
+      std::printf("%s: %s: %d\n", kind.c_str(), name.c_str(), count);
+    }
+  }
+  return faults.empty() ? 0 : 1;
+}
