@@ -44,6 +44,10 @@ TEST(Roads, AgreeWhereverACharacterStandsInAHeader) {
       expect_agreement_on_all_roads(x(before % 4) + repeat(character, before));
     }
   }
+  // A pair that was split once is not split again, and escapes are not cut.
+  const std::string smile = characters[2], euro = characters[1];
+  expect_agreement_on_all_roads(repeat(smile, 84) + "x====");
+  expect_agreement_on_all_roads(x(81) + repeat(smile, 3) + repeat(euro, 85));
 }
 
 // Pieces of the fast road are 1024 units or bytes long, and 4096 bytes.
