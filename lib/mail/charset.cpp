@@ -4,20 +4,11 @@
 
 #include "mail/call.h"
 #include "mail/names.h"
+#include "text/charset/converter.h"
 
 namespace mail {
 
 namespace {
-
-const char* find_standard_name(const char* charset) {
-  for (const char* standard : {"MIME", "IANA"}) {
-    UErrorCode status = U_ZERO_ERROR;
-    const char* name = ucnv_getStandardName(charset, standard, &status);
-    check_memory(status);
-    if (name != nullptr) return name;
-  }
-  return nullptr;
-}
 
 // Two names can compare equal where ICU opens but one: it opens none that is too long, and takes
 // what follows a comma for options.
@@ -38,7 +29,7 @@ bool names_utf8(const char* charset) {
 MailCharset::MailCharset(const char* charset) : rules_(find_charset_rules(utf8_name)) {
   if (names_utf8(charset)) return;
   const bool is_known = is_plain_name(charset) || !open_converter(charset).isNull();
-  const char* const standard_name = is_known ? find_standard_name(charset) : nullptr;
+  const char* const standard_name = is_known ? text::find_standard_name(charset) : nullptr;
   rules_ = find_charset_rules(view(standard_name));
   if (rules_ == nullptr) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
   if (rules_->name == utf8_name) return;

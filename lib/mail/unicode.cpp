@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "mail/call.h"
+#include "text/charset/limits.h"
 
 namespace mail {
 
@@ -31,7 +32,6 @@ size_t count_taken(UConverter* converter, std::u16string_view) {
 template <class Function, class In, class Out>
 Outcome convert(Function function, UConverter* converter, std::basic_string_view<In> input,
                 std::basic_string<Out>& output, std::vector<size_t>* offsets) {
-  constexpr size_t piece_size = size_t{1} << 24;  // ICU takes no more than 2^29 at once
   constexpr size_t most = 1024;
   Out buffer[most];
   // GSM 03.38 has two entries written for some units, which puts those of later units out of place:
@@ -47,7 +47,7 @@ Outcome convert(Function function, UConverter* converter, std::basic_string_view
   output.clear();
   for (bool more = true; more;) {
     const In* const piece = source;
-    const In* const piece_end = piece + std::min<size_t>(end - piece, piece_size);
+    const In* const piece_end = piece + std::min<size_t>(end - piece, text::most_units_at_once);
     Out* target = buffer;
     starts[0] = -1;  // some converters leave entries unwritten
     status = U_ZERO_ERROR;

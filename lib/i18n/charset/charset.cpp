@@ -41,12 +41,7 @@ const char* canonical_name(const UConverter* converter) {
 
 // The standards' names are those of the name asked for, not of the converter found for it.
 const char* preferred_name(const char* name, const UConverter* converter) {
-  for (const char* standard : {"MIME", "IANA"}) {
-    UErrorCode status = U_ZERO_ERROR;
-    const char* const standard_name = ucnv_getStandardName(name, standard, &status);
-    text::check_memory(status);
-    if (standard_name != nullptr) return standard_name;
-  }
+  if (const char* const standard_name = text::find_standard_name(name)) return standard_name;
   if (const char* canonical = canonical_name(converter)) return canonical;
   return i18n::copy_c_string(name).release();
 }

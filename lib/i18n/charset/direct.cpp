@@ -1,5 +1,6 @@
 #include "charset/direct.h"
 #include "core/bytes.h"
+#include "text/charset/limits.h"
 #include "text/unicode/latin1.h"
 
 #include <unicode/ucnv.h>
@@ -16,10 +17,9 @@ bool goes(const i18n_charset_t& from, UConverterType from_type, const i18n_chars
 }
 
 CString convert(Convert function, Bytes text, size_t units, size_t bytes_per_unit, size_t* length) {
-  constexpr size_t most_bytes = 0x7fffffff;
   // A unit becomes two bytes at most and has four or more: so many units leave room for the slack.
   constexpr size_t least_units = text::copy_slack / 2;
-  if (units < least_units || units > most_bytes / bytes_per_unit - 1) return nullptr;
+  if (units < least_units || units > text::most_bytes_at_once / bytes_per_unit - 1) return nullptr;
   CString output = allocate_c_string(bytes_per_unit * units + 1);
   auto* const begin = reinterpret_cast<unsigned char*>(output.get());
   unsigned char* const end = function(begin, text, text::get_kernels());

@@ -13,16 +13,12 @@
 #include "charset/pivot.h"
 #include "core/c_string.h"
 #include "core/offsets.h"
+#include "text/charset/limits.h"
 
 namespace {
 
 using i18n::Progress;
 using Offsets = std::vector<int32_t>;
-
-// ICU takes no longer input and targets than these.
-constexpr size_t max_input_bytes = 0x7fffffff;
-constexpr size_t max_target_bytes = 0x7fffffff;
-constexpr size_t max_target_units = 0x3fffffff;
 
 enum Result {
   kConverted = 0,
@@ -39,7 +35,7 @@ class Source {
   Source(const i18n_charset_t& charset, std::string_view input, bool will_be_overwritten)
       : charset_(charset),
         input_(input),
-        capacity_(std::min(2 * input_.size(), max_target_units)),
+        capacity_(std::min(2 * input_.size(), text::most_units_at_once)),
         units_(capacity_),
         beginning_(charset, i18n::reading) {
     if (will_be_overwritten || !text::is_copyable(charset.converter)) {
@@ -65,8 +61,7 @@ class Source {
 
  private:
   void read_again() {
-    constexpr size_t most_offsets_per_unit = 2;  // GSM 03.38 writes so many
-    offsets_.assign(most_offsets_per_unit * length_, i18n::no_offset);
+    offsets_.assign(text::most_offsets_per_unit * length_, i18n::no_offset);
     i18n::to_unicode(beginning_.make_converter().get(), input_, units_.get(), length_,
                      offsets_.data());
   }
@@ -144,9 +139,9 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
                        size_t* error_position, const i18n_charset_t* to, char** output,
                        size_t* output_length) {
   const bool is_callers = *output != nullptr;
-  size_t capacity = is_callers ? std::min(*output_length, max_target_bytes) : 0;
+  size_t capacity = is_callers ? std::min(*output_length, text::most_bytes_at_once) : 0;
   *output_length = 0;
-  if (input_length > max_input_bytes || (input == nullptr && input_length > 0)) {
+  if (input_length > text::most_bytes_at_once || (input == nullptr && input_length > 0)) {
     *error_position = 0;
     return kInvalidInput;
   }
@@ -168,7 +163,7 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
   if (!is_callers) {
     const size_t size = bytes_per_unit * text.size() + 1;
     allocated = i18n::allocate_c_string(size);
-    capacity = std::min(size, max_target_bytes);
+    capacity = std::min(size, text::most_bytes_at_once);
   }
   Target target(*to, is_callers ? *output : allocated.get(), capacity);
   const Progress writing = target.write(text);

@@ -6,15 +6,9 @@
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
 #include "core/offsets.h"
+#include "text/charset/limits.h"
 
 namespace i18n {
-
-namespace {
-
-// ICU refuses a call with more input than this.
-constexpr std::ptrdiff_t max_call_units = 0x3fffffff;
-
-}  // namespace
 
 template <class In, class Out>
 UcnvChunkIter<In, Out>::UcnvChunkIter(const char* charset, int chunk_units)
@@ -73,7 +67,7 @@ void UcnvChunkIter<In, Out>::convert_after(std::int32_t kept) {
   target = target_buffer.get() + kept;
   offsets_target = offsets_end = offsets_buffer.get() + kept;
   chunk_source = source;
-  source_limit = in_end - source > max_call_units ? source + max_call_units : in_end;
+  source_limit = source + std::min<std::ptrdiff_t>(in_end - source, text::most_units_at_once);
   if (target < target_limit) {
     clear_offsets(offsets_target, static_cast<size_t>(target_limit - target));
   }

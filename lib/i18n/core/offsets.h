@@ -6,17 +6,17 @@
 #include <cstdint>
 #include <memory>
 
+#include "text/charset/limits.h"
+
 namespace i18n {
 
 constexpr int32_t no_offset = -1;
 
-// Some converters write up to two entries for each unit of the target (the GSM 03.38 tables of
-// ICU 72 do, on the way to UTF-16), so an array has at least twice as many as the target has units.
-// The entries are not initialised: others leave some unwritten, so whoever reads must fill them
-// with no_offset first.
+// For as many entries as any converter writes. They are not initialised: some converters leave some
+// unwritten, so whoever reads must fill them with no_offset first.
 constexpr size_t offsets_for(size_t target_units) {
   constexpr size_t slack = 64;
-  return 2 * target_units + slack;
+  return text::most_offsets_per_unit * target_units + slack;
 }
 
 inline std::unique_ptr<int32_t[]> allocate_offsets(size_t target_units) {

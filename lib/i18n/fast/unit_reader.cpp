@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "text/charset/limits.h"
+
 namespace fast {
 
 bool is_independent(const UConverter* converter) {
@@ -29,8 +31,8 @@ UnitReader::UnitReader(text::ConverterPtr converter, Bytes text)
 }
 
 std::u16string_view UnitReader::read() {
-  constexpr std::ptrdiff_t most_at_once = 0x3fffffff;  // more than this ICU refuses
-  const char* const limit = source_ + std::min(source_end_ - source_, most_at_once);
+  const char* const limit =
+      source_ + std::min<std::ptrdiff_t>(source_end_ - source_, text::most_units_at_once);
   const bool is_last = limit == source_end_;
   UErrorCode status = U_ZERO_ERROR;
   char16_t* target = units_;

@@ -23,6 +23,16 @@ void check_memory(UErrorCode status) {
   if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
 }
 
+const char* find_standard_name(const char* charset) {
+  for (const char* const standard : {"MIME", "IANA"}) {
+    UErrorCode status = U_ZERO_ERROR;
+    const char* const name = ucnv_getStandardName(charset, standard, &status);
+    check_memory(status);
+    if (name != nullptr) return name;
+  }
+  return nullptr;
+}
+
 ConverterPtr open_converter(const char* charset) {
   UErrorCode status = U_ZERO_ERROR;
   ConverterPtr converter(ucnv_open(charset, &status));

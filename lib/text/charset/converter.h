@@ -16,6 +16,10 @@ using ConverterPtr = std::unique_ptr<UConverter, ConverterCloser>;
 // Throws when that is what a status says. All else is left to the caller.
 void check_memory(UErrorCode status);
 
+// The name of a charset that is preferred for MIME, or else the one that is registered at IANA.
+// Null when there is neither.
+const char* find_standard_name(const char* charset);
+
 // Null when ICU does not know the name. Not yet strict.
 ConverterPtr open_converter(const char* charset);
 
