@@ -3,7 +3,7 @@
 
   check_pages.py MANUAL_DIRECTORY NM MANDOC LIBRARY...
 
-The directory has man3 and man7, with the pages that only lead to another one.
+The directory has man1, man3 and man7, with the pages that only lead to another one.
 """
 import re
 import subprocess
@@ -41,7 +41,7 @@ def main():
         if not re.search(rf"^\.F[no] {function}( |$)", text, re.M):
             faults.append(f"{function}: not under SYNOPSIS in {page}")
 
-    pages = sorted(Path(manual).glob("man[37]/*"))
+    pages = sorted(Path(manual).glob("man[137]/*"))
     for page in pages:
         is_link = page.read_text().startswith(".so ")
         if is_link and page.stem not in functions:
