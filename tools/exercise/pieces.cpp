@@ -2,10 +2,12 @@
 // every charset, whole, damaged and cut off, to every charset.
 //
 //   pieces MINUTES [SEED]    0 for one round over all pairs of charsets
+//   pieces sample [SEED]     each charset, to and from a few others
 //
 // A text is converted in one call, in random pieces down to a byte with random room down to a byte,
 // and by ICU as a whole. What comes out must be the same; where an error is, ICU must convert what
-// is before it and nothing longer. Exit status: 1 when something differs.
+// is before it and nothing longer. Where iconv(3) knows both charsets as ICU does, its output and
+// position must be the same, too. Exit status: 1 when something differs.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -19,6 +21,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <iconv.h>
 
 #include <qorvii18n/i18n_text.h>
 #include <unicode/ucnv.h>
@@ -87,8 +91,11 @@ class Charset {
   // Whether characters share bytes.
   bool has_runs() const { return type == UCNV_UTF7 || type == UCNV_IMAP_MAILBOX; }
 
+  int get_longest() const { return ucnv_getMaxCharSize(strict_.getAlias()); }
+
   std::string name;
   UConverterType type;
+  std::string iconv_name;  // where iconv(3) knows it alike
 
  private:
   // ICU forgets the first byte of two and a tilde when nothing follows.
@@ -274,7 +281,7 @@ std::string random_text(Charset& from, Charset& to) {
 }
 
 std::map<std::string, std::map<std::string, int>> faults;  // kind, charset
-std::uint64_t texts = 0, cuts = 0, errors = 0;
+std::uint64_t texts = 0, cuts = 0, errors = 0, beside_iconv = 0;
 
 void report(const char* kind, const std::string& charset, const Charset& from, const Charset& to,
             std::string_view text, const Result& one, const Result* other = nullptr) {
@@ -291,15 +298,66 @@ void report(const char* kind, const std::string& charset, const Charset& from, c
               other->error.character, hex(other->output).c_str());
 }
 
+// Beside iconv(3).
+std::optional<Result> convert_by_iconv(const std::string& from, const std::string& to,
+                                       std::string text) {
+  const iconv_t handle = iconv_open(to.c_str(), from.c_str());
+  if (handle == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
+  Result result;
+  result.output.resize(text.size() * 8 + 64);
+  char* input = text.data();
+  char* output = result.output.data();
+  size_t left = text.size(), room = result.output.size();
+  const bool is_good = iconv(handle, &input, &left, &output, &room) != static_cast<size_t>(-1);
+  iconv_close(handle);
+  result.output.resize(result.output.size() - room);
+  result.status = is_good ? I18N_TEXT_OK : I18N_TEXT_INVALID;
+  result.error.position = text.size() - left;
+  return result;
+}
+
+// Whether every sequence of bytes is the same to both.
+bool is_known_alike(Charset& charset, const std::string& name) {
+  if (charset.type == UCNV_UTF8) return true;
+  const bool is_single = charset.type == UCNV_SBCS || charset.type == UCNV_LATIN_1;
+  if (!is_single && charset.get_longest() != 2) return false;
+  if (!convert_by_iconv(name, "UTF-16LE", "")) return false;
+  static Charset utf16("UTF-16LE");
+  for (int number = 0; number < (is_single ? 0x100 : 0x10100); ++number) {
+    std::string text(1, static_cast<char>(number));
+    if (number > 0xff) text.insert(0, 1, static_cast<char>((number >> 8) - 1));
+    const auto units = charset.read(text);
+    const auto result = convert_by_iconv(name, "UTF-16LE", text);
+    if (units.has_value() != (result->status == I18N_TEXT_OK)) return false;
+    if (units && utf16.write(*units) != result->output) return false;
+    if (units && charset.write(*units) != text) return false;
+  }
+  return true;
+}
+
 std::optional<std::string> convert_slowly(Charset& from, Charset& to, std::string_view text) {
   const auto units = from.read(text);
   return units ? to.write(*units) : std::nullopt;
+}
+
+void check_iconv(const Charset& from, const Charset& to, const std::string& text,
+                 const Result& result) {
+  if (from.iconv_name.empty() || to.iconv_name.empty()) return;
+  const auto other = convert_by_iconv(from.iconv_name, to.iconv_name, text);
+  if (!other) return;
+  ++beside_iconv;
+  const bool is_good = result.status == I18N_TEXT_OK;
+  if (is_good != (other->status == I18N_TEXT_OK) || result.output != other->output ||
+      (!is_good && result.error.position != other->error.position)) {
+    report("iconv", from.name + " " + to.name, from, to, text, result, &*other);
+  }
 }
 
 void check(Charset& from, Charset& to, i18n_text_converter_t* converter) {
   const std::string text = random_text(from, to);
   ++texts;
   const Result whole = convert(converter, text, 0);
+  check_iconv(from, to, text, whole);
   for (const size_t most : {1, 7, 300}) {
     ++cuts;
     const Result pieces = convert(converter, text, most);
@@ -342,12 +400,20 @@ void check(Charset& from, Charset& to, i18n_text_converter_t* converter) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const int minutes = argc > 1 ? std::atoi(argv[1]) : 0;
+  const std::string_view amount = argc > 1 ? argv[1] : "0";
+  const size_t partners = amount == "sample" ? 6 : 0;
+  const int minutes = std::atoi(std::string(amount).c_str());
   random_source.seed(argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1);
   std::vector<std::unique_ptr<Charset>> charsets;
   for (int32_t i = 0; i < ucnv_countAvailable(); ++i) {
     auto charset = std::make_unique<Charset>(ucnv_getAvailableName(i));
-    if (charset->type != UCNV_COMPOUND_TEXT) charsets.push_back(std::move(charset));
+    if (charset->type == UCNV_COMPOUND_TEXT) continue;
+    for (const char* standard : {"MIME", "IANA"}) {
+      UErrorCode status = U_ZERO_ERROR;
+      const char* name = ucnv_getStandardName(charset->name.c_str(), standard, &status);
+      if (name != nullptr && is_known_alike(*charset, name)) charset->iconv_name = name;
+    }
+    charsets.push_back(std::move(charset));
   }
   const auto start = std::chrono::steady_clock::now();
   const auto has_time = [&] {
@@ -356,6 +422,7 @@ int main(int argc, char** argv) {
   do {
     for (auto& from : charsets) {
       for (auto& to : charsets) {
+        if (random_below(charsets.size()) < charsets.size() - partners && partners > 0) continue;
         i18n_text_status_t status;
         i18n_text_converter_t* const converter =
             i18n_text_open(from->name.c_str(), to->name.c_str(), &status);
@@ -369,9 +436,10 @@ int main(int argc, char** argv) {
       }
     }
   } while (has_time());
-  std::printf("%llu texts, %llu of them with an error, %llu conversions in pieces\n",
-              static_cast<unsigned long long>(texts), static_cast<unsigned long long>(errors),
-              static_cast<unsigned long long>(cuts));
+  std::printf(
+      "%llu texts, %llu of them with an error, %llu conversions in pieces, %llu by iconv(3)\n",
+      static_cast<unsigned long long>(texts), static_cast<unsigned long long>(errors),
+      static_cast<unsigned long long>(cuts), static_cast<unsigned long long>(beside_iconv));
   for (const auto& [kind, names] : faults) {
     for (const auto& [name, count] : names) {
       std::printf("%s: %s: %d\n", kind.c_str(), name.c_str(), count);
