@@ -1,4 +1,6 @@
-// The output buffer.
+// The output buffer and the small types.
+#include <qorvii18n/i18n.hpp>
+
 #include "core/string_buffer.h"
 #include "support/testing.h"
 
@@ -38,4 +40,26 @@ TEST(StringBuffer, DestroysAChainOfAnyLength) {
   i18n::StringBuffer<char> buffer(1);
   buffer.add_str(std::string(300'000, 'x'));
   EXPECT_EQ(buffer.get_link_count(), 300'000);
+}
+
+TEST(BegEnd, MovesAndKeepsAnOpenEnd) {
+  const std::tuple<i18n::BegEnd, int, int, int> cases[] = {
+      {{}, 2, 2, 0}, {{3, 7}, 5, 9, 4}, {{3, -1}, 5, -1, -6}};
+  for (auto [pair, begin, end, size] : cases) {
+    pair.add(2);
+    EXPECT_EQ(std::tuple(pair.begin, pair.end, pair.size()), std::tuple(begin, end, size));
+  }
+}
+
+TEST(UcnvErrorHandler, TellsAFullTargetFromAFailure) {
+  struct Handler : i18n::UcnvErrorHandler {
+    explicit Handler(std::int32_t code) { status = code; }
+  };
+  const std::tuple<Handler, bool, bool, bool> cases[] = {{Handler(-124), true, true, false},
+      {Handler(0), true, true, false}, {Handler(15), true, false, true},
+      {Handler(10), false, false, false}};
+  for (const auto& [handler, is_ok, is_total_ok, has_next] : cases) {
+    EXPECT_EQ(std::tuple(handler.ucnv_is_ok(), handler.ucnv_is_total_ok(), handler.has_next()),
+        std::tuple(is_ok, is_total_ok, has_next));
+  }
 }

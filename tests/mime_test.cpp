@@ -44,6 +44,9 @@ TEST(MimeEncode, FixedEncodings) {
       {header_b64, "UTF-8", "UTF-8", x(87),
           "=?UTF-8?B?" + repeat("eHh4", 14) + "eHg=?=\r\n\t=?UTF-8?B?" + repeat("eHh4", 13) +
               "eHg=?=\r\n\t=?UTF-8?B?eHg=?="},
+      // what shows nothing is left out where the target lacks it: the first chunk has one character
+      {header_b64, "UTF-8", "ISO-8859-1", "x" + repeat("\u200b", 85) + "abc",
+          "=?ISO-8859-1?B?eA==?=\r\n\t=?ISO-8859-1?B?YWJj?="},
   };
   for (const auto& [encode, from, to, input, encoded] : cases) {
     EXPECT_EQ(take(encode(input.c_str(), from, to)), encoded);
