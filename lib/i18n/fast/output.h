@@ -1,6 +1,7 @@
 // The string that the fast road writes: at its final place at once, unless it is short.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 
 #include "core/c_string.h"
@@ -21,7 +22,10 @@ class Output {
     return begin_ + size_;
   }
   // What was written up to end, in the room, belongs to the string.
-  void take_up_to(const char* end) { size_ = static_cast<size_t>(end - begin_); }
+  void take_up_to(const char* end) {
+    size_ = static_cast<size_t>(end - begin_);
+    assert(size_ < capacity_);
+  }
 
   // The string, NUL-terminated. It can be taken once.
   i18n::CString release();
