@@ -15,9 +15,10 @@
 /// A name that comes from outside: ICU ignores punctuation and control bytes in names, and takes
 /// what follows a comma for options, so a string that it opens is not yet fit for a mail header.
 /// Refuse a name with a comma, open it, and pass on i18n_charset_get_name(), unless that has a
-/// comma: some aliases lead to a charset that has no other name. A name with options must not be
-/// opened at all: the preferred name is looked up for the spelling that opened the charset first,
-/// and would be ICU's internal one from then on.
+/// comma: some aliases lead to a charset that has no other name. The result is harmless, but fit
+/// for mail only where ASCII stays as it is, which limits.md has a function for. A name with
+/// options must not be opened at all: the preferred name is looked up for the spelling that opened
+/// the charset first, and would be ICU's internal one from then on.
 #ifndef QORVII18N_I18N_CHARSET_H
 #define QORVII18N_I18N_CHARSET_H
 

@@ -3,7 +3,8 @@
 ///
 /// 1. Conversion is strict: it stops at the first character that cannot be converted, and nothing
 ///    is ever substituted. Only characters that show nothing, such as the soft hyphen, are left out
-///    by ICU where the target lacks them.
+///    by ICU where the target lacks them; and half a surrogate pair ends the output of
+///    i18n_iconv_easy_ex() with result 0.
 /// 2. Lengths and positions are in bytes. Input may contain NUL bytes.
 /// 3. Failure is a null result or a negative status. Nothing is printed. When memory runs out,
 ///    std::bad_alloc is thrown, which ends a C program; the handles are then as before the call.
@@ -81,14 +82,18 @@ QORVII18N_EXPORT int i18n_iconv_detect_codeset();
 /// up to there. Left alone after input that could not be read, and after output of 2 GiB and more,
 /// which is a failure.
 /// @return output, or the new buffer, or null when the text was not converted. A NUL follows the
-/// result where there is room for it, and is not counted.
+/// result where there is room for it, and is not counted. In a new buffer there always is for
+/// UTF-8, but not for a result of four bytes per unit and one more, such as `é` in UTF-7.
 QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* input,
                                        int input_length, const i18n_charset_t* to, char* output,
                                        int64_t* output_length);
 
 /// Converts a whole byte string, and says what went wrong and where. The converters are neither
 /// reset before nor after: a failure can leave state in the charset handles that the next call
-/// continues from (i18n_iconv_easy() resets them).
+/// continues from (i18n_iconv_easy() resets them). This is not for a text in pieces: after a
+/// success they are in their initial state, and a piece that begins in a shift state, or after a
+/// byte order mark, is converted into something else with result 0 (limits.md tells where a text
+/// may be cut).
 /// @param from  The charset of the input.
 /// @param input  The text.
 /// @param input_length  Its length. More than 2,147,483,647 bytes, and a null input of any length
@@ -102,20 +107,22 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 /// bytes in front of every text, gives -2 with a length of 1. Bytes held from an earlier failure
 /// need room, too. Otherwise *output is the buffer to fill.
 /// @param output_length  On entry the capacity of a buffer that was given. On return the number of
-/// bytes written, also after -2 and -4. Not null. The output is not NUL-terminated. When memory runs
+/// bytes written, also after -2 and -4. Not null. The output is not NUL-terminated, and so nothing
+/// to pass to a MIME function. When memory runs
 /// out, *output_length is 0, and *output as it was: nothing is left to release.
 /// @return One of
-///   - 0: converted, or the output side failed in a way not listed here, of which half a surrogate
-///     pair at the end of the text is one
+///   - 0: converted; or the text has half a surrogate pair, as UTF-7, CESU-8, SCSU and a few other
+///     charsets can, and the output ends before it: i18n_iconv_easy() refuses such a text
 ///   - -1: the input ends inside a character; the position is the number of bytes read
 ///   - -2: the buffer is too small
 ///   - -3: the input has an invalid sequence; the position is the number of bytes read, the bad
 ///     ones included
 ///   - -4: the target lacks a character
 ///
-/// For -2 and -4 the position is the index of the input byte at which the last character that was
-/// converted begins: the character that failed is the one after it. It is 0 when none was
-/// converted, and when ICU does not say, as for compound text.
+/// For -2 and -4 the position is the index of the input byte at which the last character begins of
+/// which bytes were written. For -4 the character that failed comes after it; for -2 it can be the
+/// same one, cut. The position is 0 when nothing was written, and when ICU does not say, as for
+/// compound text. limits.md has a function that finds the exact byte.
 QORVII18N_EXPORT int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input,
                                         size_t input_length, size_t* error_position,
                                         const i18n_charset_t* to, char** output,

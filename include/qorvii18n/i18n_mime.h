@@ -22,7 +22,8 @@
 /// 4. So compare result and input before you send anything. A header that is equal failed, and its
 ///    line breaks would start new fields. A body that is equal failed, too, unless it needs no
 ///    encoding: i18n_mime_encode_qp() between two equal names, which checks nothing, then gives
-///    the same again.
+///    the same again. This holds where ASCII is itself in the source charset, as it is not in
+///    EBCDIC, UTF-7, HZ, UTF-16 and others (limits.md).
 /// 5. Every char* result, and every string stored through to_charset_out, belongs to the caller and
 ///    is released with i18n_mime_free(). Results of type const char* belong to the library.
 /// 6. When memory runs out, std::bad_alloc is thrown, which ends a C program.
