@@ -16,6 +16,11 @@ TEST(Catalog, HasTheRecordThatTheKernelServicesRead) {
   EXPECT_EQ(std::vector(record->ids, record->ids + record->message_count),
       (std::vector<uint16_t>{1, 2, 3, 4, 5}));
   EXPECT_STREQ(record->texts[4], "Character set alias %s is invalid");
+  for (const int index : {-2, int{record->message_count}}) {
+    char line[64];
+    imsg_sprintf(line, 6, record, index);
+    EXPECT_STREQ(line, "unknown message");
+  }
 }
 
 TEST(Banner, IsOneAlignedLine) {

@@ -86,6 +86,8 @@ TEST(MailHeader, KeepsPlainWordsAndEncodesTheRestWithItsBlanks) {
       {" a b", "=?UTF-8?Q?=20a?= b"},
       {"a b  c d", "a =?UTF-8?Q?b=20=20c?= d"},
       {"a\tb", "=?UTF-8?B?YQli?="},
+      {"\u00fc " + x50 + "x \u00fc",
+          "=?UTF-8?Q?=C3=BC=20" + std::string(46, 'x') + "?=\r\n =?UTF-8?Q?xxxxx=20=C3=BC?="},
       // neighbours make one word; the shorter encoding; Q when equal
       {"\u00fc \u00fc a", "=?UTF-8?B?w7wgw7w=?= a"},
       {"a \u00fcbungen b", "a =?UTF-8?Q?=C3=BCbungen?= b"},
@@ -137,6 +139,10 @@ TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
       // but not for the price of a padded word
       {family + family, "UTF-8",
           "=?UTF-8?B?" + family_b + "vCfkajigI3wn5Gp4oCN?=\r\n =?UTF-8?B?8J+Rp+KAjfCfkaY=?="},
+      {repeat("u\u0308", 20), "UTF-8",
+          "=?UTF-8?B?" + repeat("dcyI", 13) + "?=\r\n =?UTF-8?B?" + repeat("dcyI", 7) + "?="},
+      // as full as they can be
+      {repeat("\u20ac", 25), "ISO-8859-15", "=?ISO-8859-15?B?" + repeat("pKSk", 8) + "pA==?="},
       // each word has its own shift states, and none is Q
       {repeat(nihon, 9) + "a" + nihon, "ISO-2022-JP",
           "=?ISO-2022-JP?B?GyRC" + repeat("RnxLXEZ8S1xGfEtc", 2) +
@@ -168,6 +174,9 @@ TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
       {{{"", "a@b"}, {x75 + "x", "a@b"}}, "a@b,\r\n =?UTF-8?Q?" + std::string(63, 'x') +
                                               "?=\r\n =?UTF-8?Q?" + std::string(13, 'x') +
                                               "?= <a@b>"},
+      {{{x50 + std::string(22, 'x'), "a@b"}}, x50 + std::string(22, 'x') + "\r\n <a@b>"},
+      {{{x50 + std::string(23, 'x'), "a@b"}},
+          "=?UTF-8?Q?" + std::string(60, 'x') + "?=\r\n =?UTF-8?Q?xxxxxxxxxxxxx?= <a@b>"},
       // a single word if a line of its own holds it
       {{{"", "a@b"}, {std::string(57, 'x') + "\u00fc", "a@b"}},
           "a@b,\r\n =?UTF-8?Q?" + std::string(57, 'x') + "=C3=BC?=\r\n <a@b>"},
@@ -194,6 +203,8 @@ TEST(MailParameter, IsPlainWhereEveryReaderTakesItSo) {
       {"a\"b", "filename*=UTF-8''a%22b"},
       {"a\tb", "filename*=UTF-8''a%09b"},
       {"\u00dc-1_2.~", "filename*=UTF-8''%C3%9C-1_2.%7E"},
+      {x50 + "x\u00fc", "filename*=UTF-8''" + x50 + "x%C3%BC"},
+      {x50 + "xx\u00fc", "filename*0*=UTF-8''" + x50 + "xx;\r\n filename*1*=%C3%BC"},
       // pieces end with whole characters
       {repeat("\u65e5", 7),
           "filename*0*=UTF-8''" + repeat("%E6%97%A5", 6) + ";\r\n filename*1*=%E6%97%A5"},
@@ -219,6 +230,7 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
       // what is lost or changed on the way
       {x76 + "y", ascii, qp, x75 + "=\r\nxy\r\n"},
       {"a \nb", ascii, qp, "a=20\r\nb\r\n"},
+      {"a\t\nb", ascii, qp, "a=09\r\nb\r\n"},
       {".\na", ascii, qp, "=2E\r\na\r\n"},
       {"From a\nFrom", ascii, qp, "=46rom a\r\nFrom\r\n"},
       // what a boundary can look like
