@@ -1,10 +1,12 @@
 // Fields and parts of mails, with any arguments: what is made is a well-formed mail that reads as
 // the text that went in, and a failure has a reason. Inputs are readable: a letter for the
 // function, one for how often the text is repeated, then lines with a name, an address, the charset
-// and the mail charset (empty for null), then the text.
+// and the mail charset (empty for null), then the text. With m the text is typed addresses for a
+// whole mail, the name is its subject, its text and that of a file, the address a media type.
 #include <qorvii18n/i18n_mail.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 #include "fuzz.h"
@@ -75,13 +77,15 @@ std::string decode_words(Text value) {
 }
 
 // A field's value with a line feed for the line end of each fold.
-std::string unfold(Text field, const std::string& name) {
+std::string unfold(Text field, const std::string& name, bool with_utf8 = false) {
   check(field.starts_with(name + ": "), "the field has its name");
   std::string unfolded;
   const std::vector<Text> lines = split(field, "\r\n");
   for (size_t i = 0; i < lines.size(); ++i) {
     Text line = lines[i];
-    for (const char c : line) check(is_shown(c), "lines are ASCII, without controls");
+    for (const char c : line) {
+      check(is_shown(c) || (with_utf8 && (c & 0x80) != 0), "lines are ASCII, without controls");
+    }
     const size_t columns = line.size();
     line.remove_prefix(i == 0 ? name.size() + 2 : 0);
     check(i == 0 || (line.starts_with(' ') && line.size() > 1 && line[1] != ' '), "a fold");
@@ -97,11 +101,12 @@ std::string unfold(Text field, const std::string& name) {
 }
 
 // Two equal items.
-void check_addresses(const std::string& field, const std::string& name, const std::string& text) {
-  std::string value = unfold(field, name);
-  const size_t begin = value.rfind('<') + 1;
-  const std::string end = text.empty() ? "" : ">";
-  const std::string address = text.empty() ? value.substr(0, value.find(','))
+void check_addresses(const std::string& field, const std::string& name, const std::string& text,
+                     const std::string& passed, bool with_utf8) {
+  std::string value = unfold(field, name, with_utf8);
+  const size_t begin = value.rfind('<' + passed.substr(0, passed.rfind('@') + 1)) + 1;
+  // Between two bare ones is a comma with a blank, or with two characters of a fold.
+  const std::string address = text.empty() ? value.substr(0, value.size() / 2 - 1)
                                            : value.substr(begin, value.size() - begin - 1);
   size_t name_end = 0;  // past a quoted string, in which an address can stand, too
   if (value.starts_with('"')) {
@@ -128,7 +133,10 @@ void check_addresses(const std::string& field, const std::string& name, const st
     }
     check(phrase == text, "a name is the text");
   }
-  for (const char c : address) check(Text(" <>,;:()\"[]\\\n").find(c) == Text::npos, "an address");
+  const Text domain = Text(address).substr(address.rfind('@') + 1);
+  for (const char c : domain) check(Text(" <>,;()\"\\\n").find(c) == Text::npos, "a domain");
+  check(address.size() <= 254 && address[0] != '-' && address.find("=?") == address.npos,
+        "address");
 }
 
 void check_parameter(const std::string& result, const std::string& name, const std::string& text) {
@@ -197,20 +205,91 @@ void check_part(const std::string& part, const std::string& type, const std::str
   const Text body = Text(part).substr(head.size() + 4);
   const std::string mark = "\r\nContent-Transfer-Encoding: ";
   const size_t end = head.find(mark);
-  check(head.starts_with("Content-Type: " + type) && end != head.npos, "a part's head");
+  const std::string begin = "Content-Type: " + type.substr(0, type.find_first_of(" ;"));
+  check(head.starts_with(begin) && end != head.npos, "a part's head");
   const Text encoding = head.substr(end + mark.size());
   const size_t charset = head.find("charset=") + 8;
   const std::string decoded = decode_body(encoding, body);
   if (!is_text) {
-    check(head == "Content-Type: " + type + mark + "base64" && decoded == bytes, "data");
+    check(encoding == "base64" && decoded == bytes, "data");
+    check(head.substr(begin.size()).starts_with(';') == (type.find(';') != type.npos), "a type");
     return;
   }
-  check(split(head, "\r\n").size() <= 3, "a part's head has two fields");
   check(encoding == "7bit" || encoding == "base64" || encoding == "quoted-printable", "encoding");
   const size_t base64_size = (decoded.size() + 2) / 3 * 4;
   check(body.size() <= base64_size + (base64_size + 75) / 76 * 2 || encoding == "7bit", "shortest");
-  check(convert(head.substr(charset, end - charset), "UTF-8", decoded) == end_lines(bytes),
+  check(convert(head.substr(charset, head.find_first_of(";\r", charset) - charset), "UTF-8",
+                decoded) == end_lines(bytes),
         "a body is the text");
+}
+
+// Owns a string or block of the library's.
+template <class Type>
+using Owned = std::unique_ptr<Type, decltype(&i18n_mail_free)>;
+Owned<char> own(char* result) { return {result, i18n_mail_free}; }
+
+// The parts of a multipart, whose boundaries must all be its own.
+std::vector<std::string> split_parts(const std::string& part) {
+  const size_t head = part.find("\r\n\r\n") + 4;
+  const size_t begin = part.find("boundary=\"") + 10;
+  check(begin < head, "a boundary");
+  const std::string delimiter = "\r\n--" + part.substr(begin, part.find('"', begin) - begin);
+  const std::vector<Text> pieces = split(Text(part).substr(head - 2), delimiter);
+  check(pieces.front().empty() && pieces.back() == "--\r\n", "a first and a last boundary");
+  std::vector<std::string> parts;
+  for (size_t i = 1; i + 1 < pieces.size(); ++i) {
+    check(pieces[i].starts_with("\r\n"), "a boundary is a line");
+    parts.emplace_back(pieces[i].substr(2));
+  }
+  return parts;
+}
+
+// A list that is read can be written, and what is made of it and the rest has as many parts as it
+// should, in parts in parts.
+void check_mail(const std::string& list, const std::string& text, const std::string& type,
+                const char* charset) {
+  i18n_mail_error_t error;
+  size_t count = 7;
+  const Owned<i18n_mail_address_t> items(
+      i18n_mail_parse_addresses(list.data(), list.size(), charset, &count, &error), i18n_mail_free);
+  check((items == nullptr) == (error.status != I18N_MAIL_OK), "a block or an error");
+  check(items != nullptr || (count == 0 && error.position <= list.size()), "where a mistake is");
+  for (size_t i = 0; i < count; ++i) {
+    const auto field =
+        own(i18n_mail_addresses_utf8("To", &items.get()[i], 1, nullptr, nullptr, &error));
+    check(field != nullptr, "what is read is written");
+    const auto ascii = own(i18n_mail_addresses("To", &items.get()[i], 1, nullptr, nullptr, &error));
+    check(ascii != nullptr ? Text(ascii.get()) == field.get()
+                           : error.status == I18N_MAIL_NEEDS_SMTPUTF8,
+          "only UTF-8 is refused");
+  }
+  const auto first =
+      own(i18n_mail_text("plain", text.data(), text.size(), nullptr, nullptr, nullptr));
+  const auto file = own(i18n_mail_attachment(type.c_str(), text.data(), text.size(), nullptr,
+                                             list.data(), list.size(), &error));
+  const std::string hand = "X: y\r\n" + end_lines(list);
+  const char* const parts[] = {first.get(), file.get(), hand.c_str()};
+  const auto inner = own(i18n_mail_multipart("mixed", parts, 3, &error));
+  if (inner == nullptr) {
+    const bool has_all = first != nullptr && file != nullptr;
+    check(error.status == I18N_MAIL_BAD_VALUE && (!has_all || error.item == 2), "a part is none");
+    return;
+  }
+  const char* const both[] = {inner.get(), first.get(), inner.get()};
+  const auto outer = own(i18n_mail_multipart("related; type=\"a/b\"", both, 3, &error));
+  check(split_parts(inner.get()) == std::vector<std::string>(parts, parts + 3), "three parts");
+  check(split_parts(outer.get()) == std::vector<std::string>(both, both + 3), "three around them");
+}
+
+// A value that is folded is the value.
+void check_structured(const std::string& name, const std::string& value) {
+  i18n_mail_error_t error;
+  const auto field = own(i18n_mail_structured(name.c_str(), value.c_str(), &error));
+  if (field == nullptr) return check(error.position <= value.size() + name.size(), "a position");
+  std::string text = field.get();
+  for (const Text line : split(text, "\r\n")) check(line.size() <= 998, "lines are short enough");
+  for (size_t i; (i = text.find("\r\n")) != text.npos;) text.erase(i, 2);
+  check(text == name + ": " + value, "unfolded it is what it was");
 }
 
 std::string take_line(std::string& input) {
@@ -260,12 +339,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   for (int i = 0; i < repeats; ++i) text += once;
 
   const char* const from = charset.empty() ? nullptr : charset.c_str();
+  if (function == 'm') {
+    check_mail(text, name, address, from);
+    return 0;
+  }
+  if (function == 's') {
+    check_structured(name, address);
+    return 0;
+  }
   const char* const to = mail_charset.empty() ? nullptr : mail_charset.c_str();
   const i18n_mail_address_t items[2] = {{text.data(), text.size(), address.c_str()},
                                         {text.data(), text.size(), address.c_str()}};
   i18n_mail_error_t error = {I18N_MAIL_BAD_NAME, 7, 7};
   char* const result =
       function == 'a'   ? i18n_mail_addresses(name.c_str(), items, 2, from, to, &error)
+      : function == 'u' ? i18n_mail_addresses_utf8(name.c_str(), items, 2, from, to, &error)
       : function == 'p' ? i18n_mail_parameter(name.c_str(), text.data(), text.size(), from, &error)
       : function == 't' ? i18n_mail_text(name.c_str(), text.data(), text.size(), from, to, &error)
       : function == 'd'
@@ -290,12 +378,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   }
   const auto utf8 = convert(charset, "UTF-8", text);
   check(utf8.has_value(), "what is invalid is not written");
-  if (function == 'a') {
-    check_addresses(made, name, *utf8);
+  if (function == 'a' || function == 'u') {
+    check_addresses(made, name, *utf8, address, function == 'u');
   } else if (function == 'p') {
     check_parameter(made, name, *utf8);
   } else if (function == 't') {
-    check_part(made, "text/" + name + ';', *utf8, true);
+    check_part(made, "text/" + name, *utf8, true);
   } else {
     check(decode_words(unfold(made, name)) == *utf8, "a field is the text");
   }

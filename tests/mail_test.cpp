@@ -2,6 +2,7 @@
 #include <qorvii18n/i18n_mail.h>
 #include <unicode/ucnv.h>
 
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -42,12 +43,13 @@ struct Item {
 };
 
 Result addresses(const std::vector<Item>& items, const char* name = "To",
-    const char* charset = nullptr, const char* mail_charset = nullptr) {
+    const char* charset = nullptr, const char* mail_charset = nullptr,
+    decltype(i18n_mail_addresses)* function = i18n_mail_addresses) {
   std::vector<i18n_mail_address_t> list;
   list.reserve(items.size());
   for (const Item& item : items) list.push_back({item.name.data(), item.name.size(), item.address});
   return Result([=](i18n_mail_error_t* error) {
-    return i18n_mail_addresses(name, list.data(), list.size(), charset, mail_charset, error);
+    return function(name, list.data(), list.size(), charset, mail_charset, error);
   });
 }
 
@@ -69,6 +71,56 @@ Result data_part(std::string_view bytes, const char* type = "application/pdf") {
   return Result([=](i18n_mail_error_t* error) {
     return i18n_mail_data(type, bytes.data(), bytes.size(), error);
   });
+}
+
+Result address(const char* text, decltype(i18n_mail_addresses)* function = i18n_mail_addresses) {
+  return addresses({{"", text}}, "To", nullptr, nullptr, function);
+}
+
+Result utf8_address(const char* text) { return address(text, i18n_mail_addresses_utf8); }
+
+Result structured(const char* value, const char* name = "References") {
+  return Result([=](auto* error) { return i18n_mail_structured(name, value, error); });
+}
+
+Result date(std::int64_t seconds, int offset) {
+  return Result([=](auto* error) { return i18n_mail_date("Date", seconds, offset, error); });
+}
+
+Result message_id(const char* domain) {
+  return Result([=](auto* error) { return i18n_mail_message_id(domain, error); });
+}
+
+Result attachment(const char* type, std::string_view name, const char* charset = nullptr) {
+  return Result([=](auto* error) {
+    return i18n_mail_attachment(type, name.data(), name.size(), charset, "a", 1, error);
+  });
+}
+
+Result multipart(const std::vector<std::string>& parts, const char* subtype = "mixed") {
+  std::vector<const char*> pointers;
+  for (const std::string& part : parts) pointers.push_back(part != "null" ? part.c_str() : nullptr);
+  return Result([&](auto* error) {
+    return i18n_mail_multipart(subtype, pointers.data(), pointers.size(), error);
+  });
+}
+
+// "name|address" of each item, then the status if it is not OK, item and position.
+std::string parse(std::string_view list, const char* charset = nullptr) {
+  i18n_mail_error_t error;
+  size_t count = 77;
+  i18n_mail_address_t* items =
+      i18n_mail_parse_addresses(list.data(), list.size(), charset, &count, &error);
+  std::string result;
+  for (size_t i = 0; i < count; ++i) {
+    EXPECT_EQ(items[i].length, std::strlen(items[i].name));
+    result += std::string(items[i].name) + '|' + items[i].address + '\n';
+  }
+  EXPECT_EQ(items == nullptr, error.status != I18N_MAIL_OK) << list;
+  i18n_mail_free(items);
+  if (items != nullptr) return result;
+  return std::to_string(error.status) + ' ' + std::to_string(error.item) + ' ' +
+         std::to_string(error.position);
 }
 
 const std::string x50(50, 'x'), x63(63, 'x'), x64(64, 'x'), x68(68, 'x');
@@ -193,6 +245,79 @@ TEST(MailAddresses, WriteNamesThatReadersTakeForOne) {
       "From: =?ISO-8859-15?Q?=FC?= <a@b>");
 }
 
+TEST(MailAddresses, MayHaveQuotedLocalPartsLiteralsAndUtf8) {
+  for (const char* text :
+      {"\"john doe\"@b", "\"a@b\\\"\\\\,<c>\"@d", "a@[127.0.0.1]", "\"(\"@[ipv6:::1]"}) {
+    EXPECT_EQ(address(text).text, std::string("To: ") + text);
+    EXPECT_EQ(utf8_address(text).text, std::string("To: ") + text);
+  }
+  const std::string text = "\u00fc\"\u65e5 \u672c\"@k\u00f6ln.example";
+  EXPECT_EQ(utf8_address(text.c_str() + 2).text, "To: \"\u65e5 \u672c\"@xn--kln-sna.example");
+  EXPECT_EQ(
+      addresses({{"\u00fc", "a\u00fc@b"}}, "To", nullptr, nullptr, i18n_mail_addresses_utf8).text,
+      "To: =?UTF-8?B?w7w=?= <a\u00fc@b>");
+}
+
+TEST(MailAddressList, IsReadAsPeopleWriteIt) {
+  const std::tuple<std::string, std::string> cases[] = {
+      {"", ""},
+      {" \t\r\n (a (b\\)) c) , ;", ""},
+      {"undisclosed-recipients:;", ""},
+      {"\"Klein, J.\" <j@example.org>, k@example.org", "Klein, J.|j@example.org\n|k@example.org\n"},
+      {"J\u00fcrgen  Q.\r\n\tGro\u00df(x)\"\\\"a\\\\\"<j@k\u00f6ln.example>;",
+          "J\u00fcrgen Q. Gro\u00df \"a\\|j@k\u00f6ln.example\n"},
+      {"a (x) @ (y) b, <c@d> , \"\" <e@f>", "|a@b\n|c@d\n|e@f\n"},
+      {"a@b; A, B: c@d, e <f@g>;h@i", "7 1 6"},
+      {"a@b; A \"B,\": c@d, e <f@g>;h@i;:", "7 4 30"},
+      {"a@b; A \"B,\": c@d, e <f@g>;h@i", "|a@b\n|c@d\ne|f@g\n|h@i\n"},
+      {"\"a\tb\"@[IPv6:::1], \u65e5@b", "|\"a b\"@[IPv6:::1]\n|\u65e5@b\n"},
+      {"=?UTF-8?Q?a?= <a@b>", "=?UTF-8?Q?a?=|a@b\n"},
+      // mistakes: what is missing, left open, out of place, or no address
+      {"a@b, c", "7 1 6"},
+      {"Klein, j@b", "7 0 5"},
+      {"a b@c", "7 0 3"},
+      {"a@b c@d", "7 1 4"},
+      {"a <b@c", "7 0 6"},
+      {"a <b@c> d", "7 1 8"},
+      {"a <>", "7 0 3"},
+      {"\"a", "7 0 2"},
+      {"a@b (c", "7 0 6"},
+      {"a: b@c", "7 1 6"},
+      {"a: b: c@d;;", "7 0 4"},
+      {"<a@b>, <\u00fc@c.>", "7 1 13"},
+      {"a@b, c(x)@(y)d..e", "7 1 15"},
+      {"=?@b", "7 0 0"},
+      {"a@[1.2", "7 0 6"},
+      {"a\v", "5 0 1"},
+      {"\xff", "3 0 0"},
+  };
+  for (const auto& [list, items] : cases) EXPECT_EQ(parse(list), items) << list;
+  EXPECT_EQ(parse("\xfc <\xfc@b>", "latin1"), "\u00fc|\u00fc@b\n");
+  EXPECT_EQ(parse("\xfc <\xfc@b>,", "UTF-7"), "3 0 0");
+  EXPECT_EQ(parse("\xfc\xfc <a>", "latin1"), "7 0 5");
+  EXPECT_EQ(parse(repeat("(", 100000)), "7 0 100000");
+  EXPECT_EQ(parse(repeat("()", 100000)), "");
+}
+
+TEST(MailStructured, IsFoldedAtItsBlanks) {
+  const std::string x67(67, 'x'), longest(998 - 12, 'x');
+  EXPECT_EQ(structured("undisclosed-recipients:;", "To").text, "To: undisclosed-recipients:;");
+  EXPECT_EQ(structured(("<a@b> " + x67 + " <c@d>").c_str()).text,
+      "References: <a@b>\r\n " + x67 + " <c@d>");
+  EXPECT_EQ(structured(("a  " + x67 + "  b").c_str()).text, "References: a\r\n  " + x67 + "  b");
+  EXPECT_EQ(structured(longest.c_str()).text, "References: " + longest);
+  EXPECT_EQ(date(1795438800, 60).text, "Date: Mon, 23 Nov 2026 14:00:00 +0100");
+  EXPECT_EQ(date(-2208988800 + 5400, -90).text, "Date: Mon, 01 Jan 1900 00:00:00 -0130");
+  EXPECT_EQ(date(951827696, 0).text, "Date: Tue, 29 Feb 2000 12:34:56 +0000");
+  EXPECT_EQ(date(253402300799 - 1439 * 60, 1439).text, "Date: Fri, 31 Dec 9999 23:59:59 +2359");
+  const std::string id = message_id("k\u00f6ln.example").text,
+                    other = message_id("[127.0.0.1]").text;
+  EXPECT_TRUE(id.starts_with("Message-ID: <") && id.ends_with("@xn--kln-sna.example>")) << id;
+  EXPECT_EQ(id.find('@'), 13 + 32);
+  EXPECT_TRUE(other.ends_with("@[127.0.0.1]>")) << other;
+  EXPECT_NE(id.substr(0, id.find('@')), other.substr(0, other.find('@')));
+}
+
 TEST(MailParameter, IsPlainWhereEveryReaderTakesItSo) {
   const std::tuple<std::string, std::string> cases[] = {
       {"a.pdf", "filename=a.pdf"},
@@ -279,6 +404,72 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
       part("text/" + x50 + ";\r\n charset=US-ASCII", "7bit", ""));
 }
 
+TEST(MailType, HasParameters) {
+  EXPECT_EQ(text_part("", nullptr, nullptr, "calendar;method=REQUEST ; x=\"; y=\"").text,
+      part("text/calendar; charset=US-ASCII; method=REQUEST; x=\"; y=\"", "7bit", ""));
+  EXPECT_EQ(data_part("", "text/plain; Charset=ISO-8859-15; boundary=\"\"").text,
+      part("text/plain; Charset=ISO-8859-15; boundary=\"\"", "base64", ""));
+  // a fold leaves room for the ';' of what follows
+  EXPECT_EQ(data_part("", ("a/b;c=" + x50 + "xxxx;d=e").c_str()).text,
+      part("a/b; c=" + x50 + "xxxx;\r\n d=e", "base64", ""));
+  EXPECT_EQ(data_part("", ("a/b;c=" + x50 + "xxxxx;d=e").c_str()).text,
+      part("a/b;\r\n c=" + x50 + "xxxxx; d=e", "base64", ""));
+}
+
+TEST(MailMultipart, HasABoundaryThatNoPartHas) {
+  const std::string text = text_part("--=_1_=\n").text, data = data_part("").text;
+  const auto whole = [](const std::string& type, int number,
+                         const std::vector<std::string>& parts) {
+    const std::string boundary = "=_" + std::to_string(number) + "_=";
+    std::string wanted =
+        "Content-Type: multipart/" + type + "; boundary=\"" + boundary + "\"\r\n\r\n";
+    for (const std::string& part : parts) wanted += "--" + boundary + "\r\n" + part + "\r\n";
+    return wanted + "--" + boundary + "--\r\n";
+  };
+  EXPECT_EQ(multipart({text}).text, whole("mixed", 1, {text}));
+  const std::string one = multipart({text, data}, "alternative").text;
+  EXPECT_EQ(one, whole("alternative", 1, {text, data}));
+  const std::string two = multipart({one, "Content-ID: <a@b>\r\n" + one}).text;
+  EXPECT_EQ(two, whole("mixed", 2, {one, "Content-ID: <a@b>\r\n" + one}));
+  EXPECT_EQ(multipart({two, text}).text, whole("mixed", 3, {two, text}));
+  // what others wrote
+  EXPECT_EQ(
+      multipart({"A: b\r\n\r\n--=_2_=-\r\n--=_2_=\r\n--=_01_=\r\n=_1_=\r\n"}).text.substr(0, 46),
+      "Content-Type: multipart/mixed; boundary=\"=_1_=");
+  EXPECT_EQ(
+      multipart({"A:\r\n--=_1_=x\r\n--=_99999999999999999999_=\r\n"}).text.substr(41, 5), "=_2_=");
+}
+
+TEST(MailAttachment, IsAPartWithAFileName) {
+  const std::string before =
+      "Content-Type: text/csv; header=absent\r\nContent-Disposition: attachment";
+  const std::string after = "\r\nContent-Transfer-Encoding: base64\r\n\r\nYQ==\r\n";
+  EXPECT_EQ(
+      attachment("text/csv;header=absent", "a b").text, before + ";\r\n filename=\"a b\"" + after);
+  EXPECT_EQ(attachment("text/csv;header=absent", "\xfc", "latin1").text,
+      before + ";\r\n filename*=UTF-8''%C3%BC" + after);
+  EXPECT_EQ(attachment("text/csv;header=absent", "").text, before + after);
+}
+
+TEST(MailBase64, JoinsPieces) {
+  const std::string bytes = repeat("\xff\x01z", 19 * 5) + "q";
+  std::string lines;
+  for (size_t i = 0; i < bytes.size(); i += 114) {
+    const std::string piece = bytes.substr(i, 114);
+    std::string out(i18n_mail_base64_size(piece.size()) + 1, '#');
+    EXPECT_EQ(i18n_mail_base64(out.data(), piece.data(), piece.size()), out.size() - 1);
+    EXPECT_EQ(out.back(), '#');
+    lines += out.substr(0, out.size() - 1);
+  }
+  EXPECT_EQ(data_part("", "a/b").text + lines, data_part(bytes, "a/b").text);
+  EXPECT_EQ(i18n_mail_base64(nullptr, nullptr, 0), 0U);
+  EXPECT_EQ(i18n_mail_base64_size(57), 78U);
+  EXPECT_EQ(i18n_mail_base64_size(58), 84U);
+  EXPECT_EQ(i18n_mail_base64_size(SIZE_MAX / 78 * 57), SIZE_MAX / 78 * 78);
+  EXPECT_EQ(i18n_mail_base64_size(SIZE_MAX / 78 * 57 + 57), SIZE_MAX);
+  EXPECT_EQ(i18n_mail_base64_size(SIZE_MAX), SIZE_MAX);
+}
+
 TEST(MailData, IsBase64InEndedLines) {
   EXPECT_EQ(data_part("").text, part("application/pdf", "base64", ""));
   EXPECT_EQ(data_part("\0\r\n"sv, "a/b").text, part("a/b", "base64", "AA0K\r\n"));
@@ -288,7 +479,7 @@ TEST(MailData, IsBase64InEndedLines) {
 }
 
 TEST(MailFailure, TellsTheFirstFaultAndWhere) {
-  const std::string name65(65, 'x'), x63_dot = x63 + ".";
+  const std::string name65(65, 'x'), x999(999, 'x'), x63_dot = x63 + ".";
   const std::string local65 = x64 + "x@y", label64 = "a@" + x64;
   const std::string address255 = x64 + "@" + x63_dot + x63_dot + std::string(62, 'y');
   const std::string many_ignored = "a@\u00fc" + repeat("\u00ad", 600);
@@ -305,7 +496,47 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       {header("", nullptr, nullptr, "Subject\r\nX"), {I18N_MAIL_BAD_NAME, 0, 7}},
       {header("", nullptr, nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 64}},
       {parameter("", nullptr, name65.c_str()), {I18N_MAIL_BAD_NAME, 0, 40}},
-      {text_part("", nullptr, nullptr, "plain; x"), {I18N_MAIL_BAD_NAME, 0, 5}},
+      {text_part("", nullptr, nullptr, "plain; x"), {I18N_MAIL_BAD_NAME, 0, 8}},
+      {text_part("", nullptr, nullptr, "plain "), {I18N_MAIL_BAD_NAME, 0, 6}},
+      {text_part("", nullptr, nullptr, "plain;"), {I18N_MAIL_BAD_NAME, 0, 6}},
+      {text_part("", nullptr, nullptr, "plain; Charset=x"), {I18N_MAIL_BAD_NAME, 0, 7}},
+      {text_part("", nullptr, nullptr, "plain;a=b;A=c"), {I18N_MAIL_BAD_NAME, 0, 10}},
+      {text_part("", nullptr, nullptr, "plain;a*=b"), {I18N_MAIL_BAD_NAME, 0, 7}},
+      {text_part("", nullptr, nullptr, "plain;a="), {I18N_MAIL_BAD_NAME, 0, 8}},
+      {text_part("", nullptr, nullptr, "plain;a=\"b=?c\""), {I18N_MAIL_BAD_NAME, 0, 10}},
+      {text_part("", nullptr, nullptr, "plain;a=\"b"), {I18N_MAIL_BAD_NAME, 0, 10}},
+      {text_part("", nullptr, nullptr, "plain;a=\"\\\""), {I18N_MAIL_BAD_NAME, 0, 9}},
+      {text_part("", nullptr, nullptr, "plain;a=\"\u00fc\""), {I18N_MAIL_BAD_NAME, 0, 9}},
+      {data_part("", ("a/b;c=\"" + x999 + '"').c_str()), {I18N_MAIL_BAD_NAME, 0, 4 + 996}},
+      {multipart({"A: b\r\n"}, "mixed; boundary=x"), {I18N_MAIL_BAD_NAME, 0, 7}},
+      {attachment("Message/rfc822", ""), {I18N_MAIL_BAD_NAME, 0, 0}},
+      {attachment("multipart/mixed", "\n", "no-such"), {I18N_MAIL_BAD_NAME, 0, 0}},
+      {attachment("a/b", "\xff", "no-such"), {I18N_MAIL_UNKNOWN_CHARSET, 0, 0}},
+      {attachment("a/b", "a\n"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      // parts
+      {multipart({}), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {multipart({"A: b\r\n", "null"}), {I18N_MAIL_BAD_VALUE, 1, 0}},
+      {multipart({"A b: c\r\n"}), {I18N_MAIL_BAD_VALUE, 0, 1}},
+      {multipart({"A: b\r\n\r\nc"}), {I18N_MAIL_BAD_VALUE, 0, 9}},
+      {multipart({"A: b\nc\r\n"}), {I18N_MAIL_BAD_VALUE, 0, 4}},
+      {multipart({"A: \u00fc\r\n"}), {I18N_MAIL_BAD_VALUE, 0, 3}},
+      {multipart({"A:\r\n" + x999 + "\r\n"}), {I18N_MAIL_BAD_VALUE, 0, 4 + 998}},
+      // values
+      {structured(""), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {structured(nullptr), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {structured(" a"), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {structured("a "), {I18N_MAIL_BAD_VALUE, 0, 1}},
+      {structured("a\tb"), {I18N_MAIL_BAD_VALUE, 0, 1}},
+      {structured("a\nb"), {I18N_MAIL_FORBIDDEN_CHARACTER, 0, 1}},
+      {structured(("a " + x999).c_str()), {I18N_MAIL_BAD_VALUE, 0, 2 + 997}},
+      {structured("a", "B:"), {I18N_MAIL_BAD_NAME, 0, 1}},
+      {date(0, 1440), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {date(-2208988801, 0), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {date(253402300799, 1), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {date(INT64_MAX, 0), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {date(INT64_MIN, -1439), {I18N_MAIL_BAD_VALUE, 0, 0}},
+      {message_id(nullptr), {I18N_MAIL_BAD_ADDRESS, 0, 0}},
+      {message_id("a.b>"), {I18N_MAIL_BAD_ADDRESS, 0, 3}},
       {data_part("", "a/b\r\nX: y"), {I18N_MAIL_BAD_NAME, 0, 3}},
       // addresses
       {addresses({{"", "a.@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
@@ -315,6 +546,29 @@ TEST(MailFailure, TellsTheFirstFaultAndWhere) {
       {addresses({{"", "a@b\uff1ec.d"}}), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
       {addresses({{"", address255.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 254}},
       {addresses({{"", local65.c_str()}}), {I18N_MAIL_BAD_ADDRESS, 0, 64}},
+      // quoted local parts and literals
+      {address("\"\"@b"), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {address("\"a"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {address("\"a\"b@c"), {I18N_MAIL_BAD_ADDRESS, 0, 3}},
+      {address("\"a\tb\"@c"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {address("\"\\-a\"@b"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {address("\"=\\?a\"@b"), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {address(('"' + x63 + "\"@b").c_str()), {I18N_MAIL_BAD_ADDRESS, 0, 64}},
+      {address("a@[127.0.0.01]"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {address("a@[::1]"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {address("a@[1.2.3.4"), {I18N_MAIL_BAD_ADDRESS, 0, 10}},
+      {address("a@[1.2.3.4]b"), {I18N_MAIL_BAD_ADDRESS, 0, 11}},
+      // local parts outside ASCII
+      {address("a\u00fc@b"), {I18N_MAIL_NEEDS_SMTPUTF8, 0, 1}},
+      {address("\"\u65e5\"@k\u00f6ln.example"), {I18N_MAIL_NEEDS_SMTPUTF8, 0, 1}},
+      {address("\u00fc@b."), {I18N_MAIL_BAD_ADDRESS, 0, 5}},
+      {utf8_address("\u00fc@b."), {I18N_MAIL_BAD_ADDRESS, 0, 5}},
+      {utf8_address("a\xff@b"), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {utf8_address("a\u0085@b"), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {utf8_address("\"a\u3000\"@b"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {utf8_address("a\u2028@b"), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
+      {utf8_address("\u00fc=?@b"), {I18N_MAIL_BAD_ADDRESS, 0, 2}},
+      {utf8_address((repeat("\u65e5", 22) + "@b").c_str()), {I18N_MAIL_BAD_ADDRESS, 0, 64}},
       // what some readers decode into two addresses, and what programs take for an option
       {addresses({{"", "a=?utf-8?q?victim=40evil.example=2C?=@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 1}},
       {addresses({{"", "-oQ/tmp@b"}}), {I18N_MAIL_BAD_ADDRESS, 0, 0}},

@@ -6,7 +6,13 @@
 
 namespace mail {
 
-// The address with its domain in ASCII. Fails when it is none.
-std::string to_ascii_address(std::string_view address);
+enum class LocalParts {
+  kAscii,
+  kUtf8,  // for mail that is sent with SMTPUTF8
+};
+
+// The address with its domain in ASCII. Fails when it is none, or needs UTF-8 where that is not
+// allowed.
+std::string to_mail_address(std::string_view address, LocalParts local_parts);
 
 }  // namespace mail

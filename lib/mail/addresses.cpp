@@ -1,4 +1,4 @@
-// i18n_mail_addresses(): a field of addresses.
+// i18n_mail_addresses(), i18n_mail_addresses_utf8(): a field of addresses.
 #include <algorithm>
 
 #include "mail/address.h"
@@ -71,7 +71,7 @@ void append_item(Field& field, MailCharset& charset, std::string_view name,
 }
 
 std::string make_addresses(const char* name, const i18n_mail_address_t* items, size_t count,
-                           const char* charset, const char* mail_charset) {
+                           const char* charset, const char* mail_charset, LocalParts local_parts) {
   check_name(view(name), longest_field_name, is_of_field_name);
   if (count == 0) fail(I18N_MAIL_BAD_ADDRESS);
   const SourceCharset source(charset);
@@ -81,7 +81,7 @@ std::string make_addresses(const char* name, const i18n_mail_address_t* items, s
     try {
       const Text text(source, items[i].name, items[i].length, find_forbidden_in_field);
       if (!target.convert(text.utf8())) text.fail_lacking(target);
-      append_item(field, target, text.utf8(), to_ascii_address(view(items[i].address)),
+      append_item(field, target, text.utf8(), to_mail_address(view(items[i].address), local_parts),
                   i + 1 == count);
     } catch (Failure& failure) {
       failure.item = i;
@@ -97,6 +97,16 @@ std::string make_addresses(const char* name, const i18n_mail_address_t* items, s
 
 char* i18n_mail_addresses(const char* name, const i18n_mail_address_t* items, size_t count,
                           const char* charset, const char* mail_charset, i18n_mail_error_t* error) {
-  return mail::call(
-      error, [&] { return mail::make_addresses(name, items, count, charset, mail_charset); });
+  return mail::call(error, [&] {
+    return mail::make_addresses(name, items, count, charset, mail_charset,
+                                mail::LocalParts::kAscii);
+  });
+}
+
+char* i18n_mail_addresses_utf8(const char* name, const i18n_mail_address_t* items, size_t count,
+                               const char* charset, const char* mail_charset,
+                               i18n_mail_error_t* error) {
+  return mail::call(error, [&] {
+    return mail::make_addresses(name, items, count, charset, mail_charset, mail::LocalParts::kUtf8);
+  });
 }

@@ -33,12 +33,12 @@ inline char* copy_result(const std::string& text) {
   return result;
 }
 
-template <class Make>
-char* call(i18n_mail_error_t* error, Make make) noexcept {
-  char* result = nullptr;
+// Says in the error how it went.
+template <class Run>
+void run(i18n_mail_error_t* error, Run run) noexcept {
   Failure failure;
   try {
-    result = copy_result(make());
+    run();
   } catch (const Failure& caught) {
     failure = caught;
   } catch (const std::bad_alloc&) {
@@ -47,6 +47,12 @@ char* call(i18n_mail_error_t* error, Make make) noexcept {
     failure.status = I18N_MAIL_OUT_OF_MEMORY;
   }
   if (error != nullptr) *error = {failure.status, failure.item, failure.position};
+}
+
+template <class Make>
+char* call(i18n_mail_error_t* error, Make make) noexcept {
+  char* result = nullptr;
+  run(error, [&] { result = copy_result(make()); });
   return result;
 }
 

@@ -1,20 +1,41 @@
-// i18n_mail_data(): a part with any bytes.
+// i18n_mail_data(), i18n_mail_attachment(): parts with any bytes.
 #include "mail/call.h"
+#include "mail/media_type.h"
 #include "mail/names.h"
+#include "mail/parameter.h"
 #include "mail/part.h"
+#include "mail/text.h"
 
 namespace mail {
 
 namespace {
 
-std::string make_data_part(std::string_view type, std::string_view data) {
-  const size_t slash = std::min(type.find('/'), type.size());
-  check_name(type.substr(0, slash), longest_type_name, is_of_token);
-  if (slash == type.size()) fail(I18N_MAIL_BAD_NAME, slash);
-  check_name(type.substr(slash + 1), longest_type_name, is_of_token, slash + 1);
-  std::string part = make_part_head(type, "base64");
+std::string make_part(const MediaType& type, std::string_view fields, std::string_view data) {
+  std::string part = make_part_head(make_content_type("", type, "").append(fields), "base64");
   append_base64_lines(part, data);
   return part;
+}
+
+MediaType read_type(const char* type) {
+  return read_media_type(view(type), TypeNames::kTypeAndSubtype, "");
+}
+
+std::string make_data_part(const char* type, std::string_view data) {
+  return make_part(read_type(type), "", data);
+}
+
+std::string make_attachment(const char* type_name, const char* name, size_t length,
+                            const char* charset, std::string_view data) {
+  const MediaType type = read_type(type_name);
+  const std::string_view family = type.name.substr(0, type.name.find('/'));
+  if (is_same_name(family, "message") || is_same_name(family, "multipart")) {
+    fail(I18N_MAIL_BAD_NAME);
+  }
+  const SourceCharset source(charset);
+  const Text text(source, name, length, find_forbidden_in_field);
+  std::string disposition = "\r\nContent-Disposition: attachment";
+  if (!text.utf8().empty()) disposition += write_parameter("filename", text.utf8());
+  return make_part(type, disposition, data);
 }
 
 }  // namespace
@@ -23,6 +44,15 @@ std::string make_data_part(std::string_view type, std::string_view data) {
 
 char* i18n_mail_data(const char* type, const void* data, size_t length, i18n_mail_error_t* error) {
   return mail::call(error, [&] {
-    return mail::make_data_part(mail::view(type), {static_cast<const char*>(data), length});
+    return mail::make_data_part(type, {static_cast<const char*>(data), length});
+  });
+}
+
+char* i18n_mail_attachment(const char* type, const char* name, size_t name_length,
+                           const char* charset, const void* data, size_t length,
+                           i18n_mail_error_t* error) {
+  return mail::call(error, [&] {
+    return mail::make_attachment(type, name, name_length, charset,
+                                 {static_cast<const char*>(data), length});
   });
 }

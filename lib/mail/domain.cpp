@@ -5,6 +5,9 @@
 #include <memory>
 #include <optional>
 
+#include <arpa/inet.h>
+#include <strings.h>
+
 #include <unicode/uidna.h>
 
 #include "mail/call.h"
@@ -76,9 +79,25 @@ std::optional<size_t> find_fault(std::string_view domain) {
   return labels == 4 && numbers == 4 ? std::optional<size_t>(0) : std::nullopt;
 }
 
+// Fails unless it is an address of the Internet in brackets.
+std::string check_literal(std::string_view domain, size_t offset) {
+  const size_t close = std::min(domain.find(']'), domain.size());
+  if (close == domain.size()) fail(I18N_MAIL_BAD_ADDRESS, offset + close);
+  const std::string content(domain.substr(1, close - 1));
+  constexpr std::string_view tag = "IPv6:";
+  const bool is_ipv6 = strncasecmp(content.c_str(), tag.data(), tag.size()) == 0;
+  in6_addr address;
+  const int valid = is_ipv6 ? inet_pton(AF_INET6, content.c_str() + tag.size(), &address)
+                            : inet_pton(AF_INET, content.c_str(), &address);
+  if (valid != 1) fail(I18N_MAIL_BAD_ADDRESS, offset);
+  if (close + 1 < domain.size()) fail(I18N_MAIL_BAD_ADDRESS, offset + close + 1);
+  return std::string(domain);
+}
+
 }  // namespace
 
 std::string to_ascii_domain(std::string_view domain, size_t most, size_t offset) {
+  if (domain.starts_with('[')) return check_literal(domain, offset);
   if (is_ascii(domain)) {
     if (const auto fault = find_fault(domain)) fail(I18N_MAIL_BAD_ADDRESS, offset + *fault);
     if (domain.size() > most) fail(I18N_MAIL_BAD_ADDRESS, offset + most);

@@ -26,14 +26,13 @@ constexpr bool is_of_atom(char c) {
   return is_alphanumeric(c) || is_one_of(c, "!#$%&'*+-/=?^_`{|}~");
 }
 
-// Fails unless the name has 1 to `longest` characters, all of the kind. `offset` is where the name
-// begins in the string that the caller knows.
+// Fails unless the name has 1 to `longest` characters, all of the kind.
 template <class IsOfKind>
-void check_name(std::string_view name, size_t longest, IsOfKind is_of_kind, size_t offset = 0) {
+void check_name(std::string_view name, size_t longest, IsOfKind is_of_kind) {
   for (size_t i = 0; i < name.size(); ++i) {
-    if (i == longest || !is_of_kind(name[i])) fail(I18N_MAIL_BAD_NAME, offset + i);
+    if (i == longest || !is_of_kind(name[i])) fail(I18N_MAIL_BAD_NAME, i);
   }
-  if (name.empty()) fail(I18N_MAIL_BAD_NAME, offset);
+  if (name.empty()) fail(I18N_MAIL_BAD_NAME);
 }
 
 inline std::string_view view(const char* string) { return string != nullptr ? string : ""; }

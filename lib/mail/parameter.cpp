@@ -1,4 +1,6 @@
 // i18n_mail_parameter(): a parameter of a field's value.
+#include "mail/parameter.h"
+
 #include <algorithm>
 
 #include "mail/call.h"
@@ -61,17 +63,19 @@ std::string make_parameter(const char* name, const char* bytes, size_t length,
                            const char* charset) {
   check_name(view(name), longest_parameter_name, is_of_parameter_name);
   const SourceCharset source(charset);
-  const Text text(source, bytes, length, find_forbidden_in_field);
-  const std::string_view value = text.utf8();
-  const bool is_token = !value.empty() && std::ranges::all_of(value, is_of_token);
-  const std::string quote = is_token ? "" : "\"";
-  std::string plain = std::string(name) + '=' + quote;
-  plain.append(value).append(quote);
-  const bool fits = plain.size() <= parameter_columns && is_plain_value(value);
-  return std::string(separator) + (fits ? plain : make_extended(name, value));
+  return write_parameter(name, Text(source, bytes, length, find_forbidden_in_field).utf8());
 }
 
 }  // namespace
+
+std::string write_parameter(std::string_view name, std::string_view value) {
+  const bool is_token = !value.empty() && std::ranges::all_of(value, is_of_token);
+  const std::string quote = is_token ? "" : "\"";
+  std::string plain(name);
+  plain.append("=").append(quote).append(value).append(quote);
+  const bool fits = plain.size() <= parameter_columns && is_plain_value(value);
+  return std::string(separator) + (fits ? plain : make_extended(name, value));
+}
 
 }  // namespace mail
 

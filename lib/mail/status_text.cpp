@@ -23,8 +23,12 @@ const char* i18n_mail_status_text(i18n_mail_status_t status) {
       return "bad address";
     case I18N_MAIL_OUT_OF_MEMORY:
       return "out of memory";
+    case I18N_MAIL_NEEDS_SMTPUTF8:
+      return "an address that needs SMTPUTF8";
+    case I18N_MAIL_BAD_VALUE:
+      return "bad value";
   }
   return "unknown status";
 }
 
-void i18n_mail_free(char* result) { std::free(result); }
+void i18n_mail_free(void* result) { std::free(result); }

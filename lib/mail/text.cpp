@@ -14,14 +14,12 @@ SourceCharset::SourceCharset(const char* charset) {
   }
 }
 
-size_t find_forbidden_in_body(std::string_view text) { return text.find('\0'); }
+namespace {
 
-size_t find_forbidden_in_field(std::string_view text) {
-  const auto is_control = [](char c) {
-    return c == '\0' || ('\n' <= c && c <= '\r') || ('\x1C' <= c && c <= '\x1E');
-  };
+template <class IsForbidden>
+size_t find_line_end(std::string_view text, IsForbidden is_forbidden) {
   for (size_t i = 0; i < text.size(); ++i) {
-    if (is_control(text[i])) return i;
+    if (is_forbidden(text[i])) return i;
     const bool is_lead = text[i] == '\xC2' || text[i] == '\xE2';
     if (!is_lead) continue;
     for (const std::string_view line_end : {"\u0085", "\u2028", "\u2029"}) {
@@ -29,6 +27,22 @@ size_t find_forbidden_in_field(std::string_view text) {
     }
   }
   return text.npos;
+}
+
+}  // namespace
+
+size_t find_forbidden_in_body(std::string_view text) { return text.find('\0'); }
+
+size_t find_forbidden_in_field(std::string_view text) {
+  return find_line_end(text, [](char c) {
+    return c == '\0' || ('\n' <= c && c <= '\r') || ('\x1C' <= c && c <= '\x1E');
+  });
+}
+
+size_t find_forbidden_in_list(std::string_view text) {
+  return find_line_end(text, [](char c) {
+    return c == '\0' || c == '\v' || c == '\f' || ('\x1C' <= c && c <= '\x1E');
+  });
 }
 
 Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
@@ -42,24 +56,28 @@ Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
     std::u16string units;
     const Outcome read = to_unicode(converter_, bytes_, units);
     const size_t lone_surrogate = to_utf8(units, converted_);
-    if (lone_surrogate != units.npos) fail(I18N_MAIL_INVALID_TEXT, find_position(lone_surrogate));
+    if (lone_surrogate != units.npos)
+      fail(I18N_MAIL_INVALID_TEXT, find_unit_position(lone_surrogate));
     if (!read.complete) fail(I18N_MAIL_INVALID_TEXT, read.stopped);
     utf8_ = converted_;
   }
   const size_t index = find_forbidden(utf8_);
-  if (index == utf8_.npos) return;
-  std::u16string before;
-  to_utf16(utf8_.substr(0, index), before);
-  fail(I18N_MAIL_FORBIDDEN_CHARACTER, find_position(before.size()));
+  if (index != utf8_.npos) fail(I18N_MAIL_FORBIDDEN_CHARACTER, find_position(index));
 }
 
 void Text::fail_lacking(MailCharset& charset) const {
   std::u16string units;
   to_utf16(utf8_, units);
-  fail(I18N_MAIL_LACKING_CHARACTER, find_position(charset.find_lacking(units)));
+  fail(I18N_MAIL_LACKING_CHARACTER, find_unit_position(charset.find_lacking(units)));
 }
 
-size_t Text::find_position(size_t unit) const {
+size_t Text::find_position(size_t index) const {
+  std::u16string before;
+  to_utf16(utf8_.substr(0, index), before);
+  return find_unit_position(before.size());
+}
+
+size_t Text::find_unit_position(size_t unit) const {
   std::u16string units;
   if (converter_ != nullptr) {
     std::vector<size_t> offsets;

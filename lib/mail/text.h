@@ -25,6 +25,7 @@ class SourceCharset {
 using FindForbidden = size_t (*)(std::string_view text);
 size_t find_forbidden_in_body(std::string_view text);
 size_t find_forbidden_in_field(std::string_view text);
+size_t find_forbidden_in_list(std::string_view text);  // CR and LF are blanks there
 
 class Text {
  public:
@@ -38,9 +39,11 @@ class Text {
   // Fails, after a conversion of the text to that charset did.
   [[noreturn]] void fail_lacking(MailCharset& charset) const;
 
+  // Where in the caller's bytes the character begins that begins at an index of utf8().
+  size_t find_position(size_t index) const;
+
  private:
-  // Where in the caller's bytes the character of a UTF-16 unit begins.
-  size_t find_position(size_t unit) const;
+  size_t find_unit_position(size_t unit) const;
 
   UConverter* converter_;
   std::string_view bytes_;

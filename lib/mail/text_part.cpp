@@ -4,6 +4,7 @@
 
 #include "mail/call.h"
 #include "mail/charset.h"
+#include "mail/media_type.h"
 #include "mail/names.h"
 #include "mail/part.h"
 #include "mail/text.h"
@@ -123,7 +124,7 @@ size_t measure_quoted(std::string_view bytes) {
 
 std::string make_text_part(const char* subtype, const char* bytes, size_t length,
                            const char* charset, const char* mail_charset) {
-  check_name(view(subtype), longest_type_name, is_of_token);
+  const MediaType type = read_media_type(view(subtype), TypeNames::kSubtype, "charset");
   const SourceCharset source(charset);
   MailCharset target(mail_charset);
   const Text text(source, bytes, length, find_forbidden_in_body);
@@ -132,23 +133,20 @@ std::string make_text_part(const char* subtype, const char* bytes, size_t length
   const auto body = ascii ? std::optional<std::string_view>(lines) : target.convert(lines);
   if (!body) text.fail_lacking(target);
 
-  std::string type = std::string("text/") + subtype + ';';
   const std::string parameter = std::string("charset=").append(ascii ? "US-ASCII" : target.name());
-  const size_t columns = std::string_view("Content-Type: ").size() + type.size();
-  type.append(columns + 1 + parameter.size() > line_columns ? "\r\n " : " ").append(parameter);
-
+  const std::string content_type = make_content_type("text/", type, parameter);
   const bool has_escapes = !ascii && target.is_iso_2022_jp();
   if ((ascii || has_escapes) && needs_no_encoding(*body, has_escapes)) {
-    return make_part_head(type, "7bit").append(*body);
+    return make_part_head(content_type, "7bit").append(*body);
   }
-  const size_t base64_size = measure_base64_lines(*body);
-  std::string part = make_part_head(type, "quoted-printable");
+  const size_t base64_size = measure_base64_lines(body->size());
+  std::string part = make_part_head(content_type, "quoted-printable");
   part.reserve(part.size() + base64_size + longest_line);
   if (!has_escapes && measure_quoted(*body) <= base64_size &&
       append_quoted(part, *body, base64_size)) {
     return part;
   }
-  part = make_part_head(type, "base64");
+  part = make_part_head(content_type, "base64");
   append_base64_lines(part, *body);
   return part;
 }

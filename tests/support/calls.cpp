@@ -237,8 +237,69 @@ constexpr Call calls[] = {
     {"i18n_mail_data",
         [] {
           return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_data("a/b", japanese.data(), japanese.size(), error);
+            return i18n_mail_data("a/b; c=d", japanese.data(), japanese.size(), error);
           });
+        }},
+    {"i18n_mail_attachment",
+        [] {
+          return make_mail([](i18n_mail_error_t* error) {
+            return i18n_mail_attachment(
+                "a/b", sjis, sizeof sjis - 1, "Shift_JIS", japanese.data(), 100, error);
+          });
+        }},
+    {"i18n_mail_multipart",
+        [] {
+          return make_mail([](i18n_mail_error_t* error) {
+            const char* const parts[] = {"A: b\r\n\r\n--=_1_=\r\n", "A: b\r\n"};
+            return i18n_mail_multipart("mixed; a=\"b c\"", parts, 2, error);
+          });
+        }},
+    {"i18n_mail_addresses_utf8",
+        [] {
+          return make_mail([](i18n_mail_error_t* error) {
+            const i18n_mail_address_t item = {german.data(), 8, "\u00fc@xn--kln-sna.example"};
+            return i18n_mail_addresses_utf8("To", &item, 1, nullptr, nullptr, error);
+          });
+        }},
+    {"i18n_mail_parse_addresses",
+        [] {
+          const std::string_view list =
+              "A\xfc \"B, c\" <\xfc@b>, d@k\xf6ln.example, (e) f@[1.2.3.4]";
+          i18n_mail_error_t error;
+          size_t count;
+          i18n_mail_address_t* items =
+              i18n_mail_parse_addresses(list.data(), list.size(), "latin1", &count, &error);
+          if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
+          std::string all;
+          for (size_t i = 0; i < count; ++i) all.append(items[i].name).append(items[i].address);
+          i18n_mail_free(items);
+          return all;
+        }},
+    {"i18n_mail_parse_addresses, with a mistake",
+        [] {
+          i18n_mail_error_t error;
+          size_t count;
+          i18n_mail_parse_addresses("a\xfc <b@c>, d", 13, "windows-1252", &count, &error);
+          if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
+          return std::to_string(error.status) + ' ' + std::to_string(error.position);
+        }},
+    {"i18n_mail_structured",
+        [] {
+          return make_mail([](i18n_mail_error_t* error) {
+            const std::string value = repeat("<a@b> ", 30) + "<c@d>";
+            return i18n_mail_structured("References", value.c_str(), error);
+          });
+        }},
+    {"i18n_mail_date",
+        [] {
+          return make_mail(
+              [](i18n_mail_error_t* error) { return i18n_mail_date("Date", 0, 0, error); });
+        }},
+    {"i18n_mail_message_id",
+        [] {
+          return make_mail([](i18n_mail_error_t* error) {
+            return i18n_mail_message_id("k\u00f6ln.example", error);
+          }).erase(13, 32);  // what is random
         }},
     {"i18n_text_convert_all",
         [] {
