@@ -159,6 +159,45 @@ TEST(IconvEasyEx, AllocatesFourteenBytesAUnitAndOne) {
   EXPECT_EQ(convert_easy("UTF-8", "", "ISO-2022-KR"), std::string(1, '\0'));
 }
 
+// Tables know the length before they write; what is behind belongs to the caller.
+TEST(IconvEasyEx, WritesNothingBehindTheResult) {
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"UTF-8", "KOI8-R", repeat("\u0416\u0443\u043a, ", 9)},
+      {"UTF-8", "ISO-8859-1", repeat("\u00e9", 50)}, {"ISO-8859-1", "UTF-8", repeat("\xe9", 50)},
+      {"UTF-8", "utf8", repeat("\u20ac", 30)}, {"UTF-8", "KOI8-R", repeat("\u0416", 40000)},
+      {"ISO-8859-1", "KOI8-R", x(70000)}, {"KOI8-R", "UTF-8", repeat("\xc1", 70000)},
+      {"UTF-8", "ASCII", x(60) + "\u00ad"}};
+  for (const auto& [from_name, to_name, text] : cases) {
+    i18n_charset_t* const from = i18n_charset_open(from_name);
+    i18n_charset_t* const to = i18n_charset_open(to_name);
+    const std::string whole = std::get<2>(convert(from_name, text, to_name));
+    const bool vanishes = text.ends_with("\u00ad");
+    for (const size_t more : {0, 1, 300}) {
+      std::string buffer(whole.size() + more + 1, '*');
+      char* output = buffer.data();
+      size_t length = whole.size() + more, position;
+      EXPECT_EQ(i18n_iconv_easy_ex(from, text.data(), text.size(), &position, to, &output, &length),
+          vanishes && more == 0 ? -2 : 0);  // to ICU there is no room for what vanishes
+      EXPECT_EQ(buffer, whole + std::string(more + 1, '*')) << to_name;
+      if (vanishes) continue;
+      auto easy_length = static_cast<int64_t>(length + more);
+      EXPECT_EQ(i18n_iconv_easy(
+                    from, text.data(), static_cast<int>(text.size()), to, output, &easy_length),
+          output);
+      EXPECT_EQ(
+          buffer.substr(length), (more != 0 ? std::string(1, '\0') : "*") + std::string(more, '*'));
+    }
+    // What cannot be converted at the end is known before anything is written.
+    std::string bad = text + "\xff", buffer(2 * text.size(), '*');
+    char* output = buffer.data();
+    size_t length = buffer.size(), position;
+    if (std::string(from_name) != "UTF-8") continue;
+    EXPECT_EQ(
+        i18n_iconv_easy_ex(from, bad.data(), bad.size(), &position, to, &output, &length), -3);
+    EXPECT_EQ(buffer, std::string(2 * text.size(), '*'));
+  }
+}
+
 TEST(IconvEasyEx, ConvertsInPlace) {
   std::string text = "\u00e9\u00e8 \u20ac";
   char* output = text.data();

@@ -68,8 +68,8 @@ class Unicode : public testing::Test {
                 text::is_ascii(bytes) == (is_valid && count == text.size());
     if (is_valid) same &= reach.units == count && reach.bytes == text.size();
     if (is_latin1) {
-      same &= std::equal(begin, latin1_end, units, units + count) &&
-              text::get_latin1_size(bytes) == count;
+      same &=
+          std::equal(begin, latin1_end, units, units + count) && text::count_units(bytes) == count;
     }
     EXPECT_TRUE(same) << testing::PrintToString(text);
     return is_valid;
@@ -117,7 +117,7 @@ std::vector<std::string> try_all(const std::string& text, const text::Kernels& k
   const size_t invalid = text::find_invalid(bytes, kernels);
   std::vector<std::string> results{std::to_string(invalid),
       text::is_ascii(bytes, kernels) ? "ASCII" : "",
-      std::to_string(text::get_latin1_size(bytes, kernels)),
+      std::to_string(text::count_units(bytes, kernels)),
       std::to_string(text::get_utf8_size(bytes, kernels))};
   const auto copy = [](const unsigned char* begin, const unsigned char* end) {
     return end == nullptr ? "none" : std::string(begin, end);

@@ -1,47 +1,98 @@
 #include "charset/direct.h"
-#include "core/bytes.h"
-#include "text/charset/limits.h"
-#include "text/unicode/latin1.h"
 
-#include <unicode/ucnv.h>
+#include <cstring>
+
+#include "text/charset/limits.h"
+#include "text/charset/route.h"
 
 namespace i18n {
 
 namespace {
 
-using Convert = decltype(&text::utf8_to_latin1);
+using text::as_bytes;
+using text::Bytes;
+using text::Progress;
+using text::Route;
+using text::Stop;
 
-bool goes(const i18n_charset_t& from, UConverterType from_type, const i18n_charset_t& to,
-          UConverterType to_type) {
-  return ucnv_getType(from.converter) == from_type && ucnv_getType(to.converter) == to_type;
+const text::Charset* get_charset(const i18n_charset_t& handle) {
+  const text::Charset* charset = handle.charset.load(std::memory_order_relaxed);
+  if (charset == nullptr) {
+    UErrorCode status = U_ZERO_ERROR;
+    charset = text::find_charset(ucnv_getName(handle.converter, &status));
+    handle.charset.store(charset, std::memory_order_relaxed);
+  }
+  return charset;
 }
 
-CString convert(Convert function, Bytes text, size_t units, size_t bytes_per_unit, size_t* length) {
-  // A unit becomes two bytes at most and has four or more: so many units leave room for the slack.
-  constexpr size_t least_units = text::copy_slack / 2;
-  if (units < least_units || units > text::most_bytes_at_once / bytes_per_unit - 1) return nullptr;
-  CString output = allocate_c_string(bytes_per_unit * units + 1);
-  auto* const begin = reinterpret_cast<unsigned char*>(output.get());
-  unsigned char* const end = function(begin, text, text::get_kernels());
-  if (end == nullptr) return nullptr;
-  *end = '\0';
-  *length = static_cast<size_t>(end - begin);
+std::optional<Route> find_route(const i18n_charset_t& from, std::string_view input,
+                                const i18n_charset_t& to) {
+  constexpr size_t longest = size_t{1} << 29;  // well below what ICU would refuse
+  const bool is_for_icu = from.has_unfinished_input || to.has_unfinished_output || input.empty() ||
+                          input.size() > longest;
+  if (is_for_icu) return std::nullopt;
+  return Route::find(get_charset(from), get_charset(to), input.size(), text::Invisible::kDropped);
+}
+
+CString convert(const Route& route, Bytes bytes, size_t bytes_per_unit, size_t* length) {
+  const size_t units = route.count_units(bytes);
+  if (units > text::most_bytes_at_once / bytes_per_unit - 1) return nullptr;
+  const size_t room = bytes_per_unit * units;
+  CString output = allocate_c_string(room + 1);
+  const Progress progress =
+      route.convert(bytes, reinterpret_cast<unsigned char*>(output.get()), room);
+  if (progress.stop != Stop::kDone) return nullptr;
+  output[progress.written] = '\0';
+  *length = progress.written;
   return output;
+}
+
+// Converts a whole text piece by piece. Without an output, finds out how long that would get.
+std::optional<size_t> convert(const Route& route, Bytes text, unsigned char* output, size_t room) {
+  unsigned char scratch[2048];
+  size_t size = 0;
+  for (;;) {
+    const Progress progress = output != nullptr ? route.convert(text, output + size, room - size)
+                                                : route.convert(text, scratch, sizeof scratch);
+    size += progress.written;
+    if (progress.stop == Stop::kDone) return size;
+    if (progress.stop == Stop::kRefused || progress.read == 0) return std::nullopt;
+    text = text.subspan(progress.read);
+  }
 }
 
 }  // namespace
 
 CString convert_directly(const i18n_charset_t& from, std::string_view input,
                          const i18n_charset_t& to, size_t bytes_per_unit, size_t* length) {
-  if (from.has_unfinished_input || to.has_unfinished_output) return nullptr;
-  const Bytes text(reinterpret_cast<const unsigned char*>(input.data()), input.size());
-  if (goes(from, UCNV_UTF8, to, UCNV_LATIN_1)) {
-    return convert(text::utf8_to_latin1, text, text::get_latin1_size(text), bytes_per_unit, length);
+  const auto route = find_route(from, input, to);
+  return route ? convert(*route, as_bytes(input), bytes_per_unit, length) : nullptr;
+}
+
+std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_view input,
+                                       const i18n_charset_t& to, char* output, size_t capacity) {
+  const Bytes text = as_bytes(input);
+  auto route = find_route(from, input, to);
+  if (!route) return std::nullopt;
+  CString copy;
+  std::optional<size_t> length;
+  constexpr size_t short_text = size_t{64} << 10;  // worth a copy rather than a second conversion
+  if (input.size() <= short_text) {
+    constexpr size_t most_bytes_per_unit = 4;
+    copy = convert(*route, text, most_bytes_per_unit, &length.emplace());
+    if (!copy) return std::nullopt;
+  } else {
+    length = convert(*route, text, nullptr, 0);
   }
-  if (goes(from, UCNV_LATIN_1, to, UCNV_UTF8)) {
-    return convert(text::latin1_to_utf8, text, text.size(), bytes_per_unit, length);
+  if (!length || *length > capacity) return std::nullopt;
+  if (*length == capacity) {
+    // To ICU a character that vanishes does not fit any more.
+    route->refuse_invisible();
+    if (convert(*route, text, nullptr, 0) != length) return std::nullopt;
   }
-  return nullptr;
+  if (!copy) return convert(*route, text, reinterpret_cast<unsigned char*>(output), *length);
+  std::memcpy(output, copy.get(), *length);
+  return length;
 }
 
 }  // namespace i18n

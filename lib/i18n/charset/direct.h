@@ -1,7 +1,10 @@
-// Whole texts between UTF-8 and ISO-8859-1, which need no ICU as long as all goes well.
+// One-shot conversion without ICU, which is left what is not certain: invalid text, characters that
+// the target lacks, converters that an earlier failure left in the middle of a text, charsets
+// without tables. Then nothing was written.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "charset/charset.h"
@@ -9,11 +12,14 @@
 
 namespace i18n {
 
-// The converted text, NUL-terminated, in a new buffer of bytes_per_unit bytes, four or more, for
-// each UTF-16 unit of the text, and one byte. Null when this is for ICU: other charsets, text that
-// is invalid or that the target lacks, a text of less than four units, a converter that an earlier
-// failure left in the middle of a text, or a buffer of 2 GiB and more.
+// The converted text and its length, with a NUL behind it, in a buffer of so many bytes for each
+// UTF-16 unit of the text, which are four at least, and one byte. The buffer can be larger where
+// characters have two bytes or more in the charset that the text comes from.
 CString convert_directly(const i18n_charset_t& from, std::string_view input,
                          const i18n_charset_t& to, size_t bytes_per_unit, size_t* length);
+
+// The length of the text in the buffer, in which nothing behind it is touched.
+std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_view input,
+                                       const i18n_charset_t& to, char* output, size_t capacity);
 
 }  // namespace i18n

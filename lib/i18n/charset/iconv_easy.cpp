@@ -74,6 +74,16 @@ char* i18n_iconv_easy(const i18n_charset_t* from, const char* input, int input_l
     i18n::CString result = i18n::convert_directly(*from, bytes, *to, easy_bytes_per_unit, &length);
     if (result && output_length != nullptr) *output_length = static_cast<int64_t>(length);
     if (result) return result.release();
+  } else if (*output_length > 0) {
+    const auto capacity = static_cast<size_t>(clamp_to_int(*output_length));
+    const auto length = i18n::overlap(bytes, output, capacity)
+                            ? std::nullopt
+                            : i18n::convert_directly(*from, bytes, *to, output, capacity);
+    if (length) {
+      if (*length < capacity) output[*length] = '\0';
+      *output_length = static_cast<int64_t>(*length);
+      return output;
+    }
   }
   const i18n::Beginning before_reading(*from, i18n::reading);
   i18n::Units buffer(bytes.size());

@@ -1,7 +1,6 @@
 // One-shot conversion that tells what went wrong, and where. Only a failure needs offsets, which
 // take as long as the conversion: then the text is converted once more, with offsets.
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -108,12 +107,6 @@ class Target {
   i18n::Beginning beginning_;
 };
 
-bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
-  const std::less<const char*> is_before;
-  return is_before(bytes.data(), buffer + capacity) &&
-         is_before(buffer, bytes.data() + bytes.size());
-}
-
 constexpr size_t bytes_per_unit = 14;  // more than any charset needs, escape sequences included
 
 Result get_read_failure(UErrorCode status) {
@@ -151,7 +144,15 @@ int i18n_iconv_easy_ex(const i18n_charset_t* from, const char* input, size_t inp
     if (result) *output = result.release();
     if (*output != nullptr) return kConverted;
   }
-  Source source(*from, bytes, is_callers && overlap(bytes, *output, capacity));
+  const bool will_be_overwritten = is_callers && i18n::overlap(bytes, *output, capacity);
+  if (is_callers && !will_be_overwritten) {
+    const auto length = i18n::convert_directly(*from, bytes, *to, *output, capacity);
+    if (length) {
+      *output_length = *length;
+      return kConverted;
+    }
+  }
+  Source source(*from, bytes, will_be_overwritten);
   const Progress reading = source.read();
   if (U_FAILURE(reading.status)) {
     *error_position = reading.consumed;

@@ -8,4 +8,9 @@ CString convert_directly(const i18n_charset_t&, std::string_view, const i18n_cha
   return nullptr;
 }
 
+std::optional<size_t> convert_directly(const i18n_charset_t&, std::string_view,
+                                       const i18n_charset_t&, char*, size_t) {
+  return std::nullopt;
+}
+
 }  // namespace i18n

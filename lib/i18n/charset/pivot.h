@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -23,6 +24,12 @@ class Units {
   UChar few_[512];
   std::unique_ptr<UChar[]> many_;
 };
+
+inline bool overlap(std::string_view bytes, const char* buffer, size_t capacity) {
+  const std::less<const char*> is_before;
+  return is_before(bytes.data(), buffer + capacity) &&
+         is_before(buffer, bytes.data() + bytes.size());
+}
 
 struct Progress {
   UErrorCode status;

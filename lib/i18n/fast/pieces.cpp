@@ -7,6 +7,7 @@
 #include "fast/icu_pieces.h"
 #include "text/charset/converter.h"
 #include "text/unicode/latin1.h"
+#include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
 
 namespace fast {
@@ -91,7 +92,7 @@ bool is_unchanged(Kind from, Kind to, Bytes text) {
 
 std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
   if (from == Kind::kUtf8 && to == Kind::kLatin1) {
-    return std::make_unique<DirectPieces>(text::utf8_to_latin1, text, text::get_latin1_size(text));
+    return std::make_unique<DirectPieces>(text::utf8_to_latin1, text, text::count_units(text));
   }
   if (from == Kind::kLatin1 && to == Kind::kUtf8) {
     return std::make_unique<DirectPieces>(text::latin1_to_utf8, text, text::get_utf8_size(text));

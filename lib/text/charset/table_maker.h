@@ -7,7 +7,7 @@
 
 namespace text {
 
-// None when the charset has no tables: it has states, or characters that only stand for something
+// Null when the charset has no tables: it has states, or characters that only stand for something
 // together with their neighbours. Throws std::bad_alloc.
 std::unique_ptr<const Table> make_table(const char* charset);
 

@@ -17,7 +17,7 @@ size_t do_nothing(Out&..., Bytes) {
 constexpr Kernels all_kernels[] = {
 #ifdef HAS_AVX2
     {transfer::has_avx2, skip_ascii_avx2, skip_utf8_avx2, copy_run_avx2, utf8_to_units_avx2,
-     utf8_to_latin1_avx2, latin1_to_utf8_avx2, count_characters_avx2, count_high_avx2},
+     utf8_to_latin1_avx2, latin1_to_utf8_avx2, count_units_avx2, count_high_avx2},
 #endif
     {[] { return true; }, do_nothing<>, do_nothing<>,
      [](unsigned char*, Bytes, const AsciiSet&) { return size_t{0}; }, do_nothing<char16_t*>,

@@ -33,8 +33,8 @@ struct Kernels {
   size_t (*latin1_to_utf8)(unsigned char*& out, Bytes text);
 
   // Each adds to count.
-  size_t (*count_characters)(size_t& count, Bytes utf8);
-  size_t (*count_high)(size_t& count, Bytes text);  // bytes outside ASCII
+  size_t (*count_units)(size_t& count, Bytes utf8);  // of UTF-16, in well-formed text
+  size_t (*count_high)(size_t& count, Bytes text);   // bytes outside ASCII
 };
 
 // All that this build has, best first. The last do nothing, and are there on every processor.

@@ -263,10 +263,13 @@ AVX2 size_t latin1_to_utf8_avx2(unsigned char*& out, Bytes text) {
   return done;
 }
 
-AVX2 size_t count_characters_avx2(size_t& count, Bytes utf8) {
+AVX2 size_t count_units_avx2(size_t& count, Bytes utf8) {
   size_t done = 0;
   for (; utf8.size() - done >= stretch; done += stretch) {
-    count += stretch - count_bits(find_continuations(load_32(utf8.data() + done)));
+    const __m256i bytes = load_32(utf8.data() + done);
+    const __m256i raised = _mm256_max_epu8(bytes, _mm256_set1_epi8(static_cast<char>(0xf0)));
+    count += stretch - count_bits(find_continuations(bytes)) +
+             count_bits(to_bits(_mm256_cmpeq_epi8(bytes, raised)));  // two units for each of those
   }
   return done;
 }

@@ -53,13 +53,6 @@ unsigned char* latin1_to_utf8(unsigned char* out, Bytes text, const Kernels& ker
   }
 }
 
-size_t get_latin1_size(Bytes utf8, const Kernels& kernels) {
-  size_t size = 0;
-  if (utf8.size() >= kernel_stretch) utf8 = utf8.subspan(kernels.count_characters(size, utf8));
-  for (const unsigned char byte : utf8) size += !continues_character(byte);
-  return size;
-}
-
 size_t get_utf8_size(Bytes latin1, const Kernels& kernels) {
   size_t size = latin1.size();
   if (latin1.size() >= kernel_stretch) latin1 = latin1.subspan(kernels.count_high(size, latin1));

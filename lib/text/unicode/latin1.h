@@ -17,8 +17,7 @@ unsigned char* utf8_to_latin1(unsigned char* out, Bytes text,
 unsigned char* latin1_to_utf8(unsigned char* out, Bytes text,
                               const Kernels& kernels = get_kernels());
 
-// The size of the result, if there is one.
-size_t get_latin1_size(Bytes utf8, const Kernels& kernels = get_kernels());
+// The size of the result; the other way round, it is that of the text in UTF-16.
 size_t get_utf8_size(Bytes latin1, const Kernels& kernels = get_kernels());
 
 }  // namespace text

@@ -5,7 +5,18 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
+#include "text/unicode/utf8.h"
+
 namespace text {
+
+size_t count_units(Bytes utf8, const Kernels& kernels) {
+  size_t count = 0;
+  if (utf8.size() >= kernel_stretch) utf8 = utf8.subspan(kernels.count_units(count, utf8));
+  for (const unsigned char byte : utf8) {
+    count += (continues_character(byte) ? 0 : 1) + (byte >= 0xf0 ? 1 : 0);
+  }
+  return count;
+}
 
 size_t put_some_units(char16_t*& out, Bytes utf8, size_t about, const Kernels& kernels) {
   const size_t limit = std::min(about, utf8.size());

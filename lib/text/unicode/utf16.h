@@ -9,6 +9,9 @@
 
 namespace text {
 
+// Of well-formed text.
+size_t count_units(Bytes utf8, const Kernels& kernels = get_kernels());
+
 // Writes the units of well-formed text and returns their end. There must be room for a unit for
 // each byte, and for kernel_slack more.
 char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels = get_kernels());

@@ -1,0 +1,41 @@
+// From one charset to another without ICU.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "text/bytes.h"
+#include "text/charset/charset.h"
+#include "text/charset/table.h"
+
+namespace text {
+
+class Route {
+ public:
+  // None when one of the charsets is unknown, or has no tables yet. `size` is that of the text.
+  static std::optional<Route> find(const Charset* from, const Charset* to, size_t size,
+                                   Invisible invisible);
+
+  // Converts as much as is certain and has room, and may overwrite the rest of the room. What is
+  // refused is for converters to decide.
+  Progress convert(Bytes text, unsigned char* out, size_t room) const;
+
+  void refuse_invisible() { invisible_ = Invisible::kRefused; }
+
+  // How many UTF-16 units the text has, or at most has where only conversion would tell.
+  size_t count_units(Bytes text) const;
+
+ private:
+  Route(const Charset& from, const Charset& to, Invisible invisible);
+
+  Progress convert_utf8(Bytes text, unsigned char* out, size_t room) const;
+  Progress convert_by_utf8(Bytes text, unsigned char* out, size_t room) const;
+
+  bool from_utf8_, to_utf8_;
+  bool from_latin1_, to_latin1_;
+  const Table* from_ = nullptr;  // null for UTF-8
+  const Table* to_ = nullptr;
+  Invisible invisible_;
+};
+
+}  // namespace text
