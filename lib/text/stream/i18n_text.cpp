@@ -14,6 +14,7 @@
 
 using text::Input;
 using text::Output;
+using text::Shortcut;
 using text::Source;
 using text::StreamConverter;
 using text::Target;
@@ -29,15 +30,17 @@ namespace {
 std::unique_ptr<i18n_text_converter_t> open(const char* from, const char* to,
                                             i18n_text_status_t& status) noexcept {
   try {
-    std::optional<Source> source = Source::open(from != nullptr ? from : "UTF-8");
+    if (from == nullptr) from = "UTF-8";
+    if (to == nullptr) to = "UTF-8";
+    std::optional<Source> source = Source::open(from);
     status = I18N_TEXT_UNKNOWN_SOURCE;
     if (!source) return nullptr;
-    std::optional<Target> target = Target::open(to != nullptr ? to : "UTF-8");
+    std::optional<Target> target = Target::open(to);
     status = I18N_TEXT_UNKNOWN_TARGET;
     if (!target) return nullptr;
     status = I18N_TEXT_OK;
-    return std::unique_ptr<i18n_text_converter_t>(
-        new i18n_text_converter_t{StreamConverter(*std::move(source), *std::move(target))});
+    return std::unique_ptr<i18n_text_converter_t>(new i18n_text_converter_t{
+        StreamConverter(*std::move(source), *std::move(target), Shortcut(from, to))});
   } catch (const std::bad_alloc&) {
     status = I18N_TEXT_OUT_OF_MEMORY;
     return nullptr;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "text/charset/converter_types.h"
+
 namespace text {
 
 ConverterPtr open_lossless(const char* charset) {
@@ -23,18 +25,8 @@ bool is_reset_by_icu(const UConverter* converter) {
 }
 
 bool has_state(const UConverter* converter) {
-  switch (ucnv_getType(converter)) {
-    case UCNV_SBCS:
-    case UCNV_DBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_UTF8:
-    case UCNV_US_ASCII:
-    case UCNV_CESU8:
-      return false;
-    default:
-      return true;
-  }
+  const UConverterType type = ucnv_getType(converter);
+  return !has_no_states(type) && type != UCNV_UTF8 && type != UCNV_CESU8;
 }
 
 bool is_unicode(const UConverter* converter) {

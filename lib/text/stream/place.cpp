@@ -3,32 +3,55 @@
 #include <algorithm>
 
 #include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace text {
 
 namespace {
 
-// Without branches, so that compilers make vector code of the loop. An LF after a CR ends no line.
-unsigned count_line_ends(std::u16string_view units, char16_t before) {
-  unsigned count = (units[0] == u'\r') | ((units[0] == u'\n') & (before != u'\r'));
-  for (size_t i = 1; i < units.size(); ++i) {
-    count += (units[i] == u'\r') | ((units[i] == u'\n') & (units[i - 1] != u'\r'));
+bool goes_on(char byte) { return U8_IS_TRAIL(byte); }
+bool goes_on(char16_t unit) { return U16_IS_TRAIL(unit); }
+
+template <class Unit>
+bool is_break(Unit unit) {
+  return (unit == '\r') | (unit == '\n');
+}
+
+// An LF after a CR ends no line.
+struct Breaks {
+  unsigned all = 0;
+  unsigned second = 0;
+};
+// Without branches, so that compilers make vector code of it.
+template <class Unit>
+Breaks count_breaks(std::basic_string_view<Unit> text, bool is_after_cr) {
+  Breaks breaks = {is_break(text[0]) ? 1U : 0U, is_after_cr && text[0] == '\n' ? 1U : 0U};
+  for (size_t i = 1; i < text.size(); ++i) {
+    breaks.all += is_break(text[i]);
+    breaks.second += (text[i] == '\n') & (text[i - 1] == '\r');
   }
-  return count;
+  return breaks;
+}
+
+template <class Unit>
+void advance_past(std::basic_string_view<Unit> text, Place& place) {
+  if (text.empty()) return;
+  const Breaks breaks = count_breaks(text, place.is_after_cr);
+  place.is_after_cr = text.back() == '\r';
+  place.line += breaks.all - breaks.second;
+  if (breaks.all > 0) {
+    place.column = 1;
+    size_t begin = text.size();
+    while (!is_break(text[begin - 1])) --begin;
+    text.remove_prefix(begin);
+  }
+  place.column += text.size() - static_cast<size_t>(std::ranges::count_if(
+                                    text, [](Unit unit) { return goes_on(unit); }));
 }
 
 }  // namespace
 
-void Place::advance(std::u16string_view units) {
-  if (units.empty()) return;
-  line += count_line_ends(units, is_after_cr ? u'\r' : u'\0');
-  is_after_cr = units.back() == u'\r';
-  if (const size_t last = units.find_last_of(u"\r\n"); last != units.npos) {
-    column = 1;
-    units.remove_prefix(last + 1);
-  }
-  column += units.size() - static_cast<size_t>(std::ranges::count_if(
-                               units, [](char16_t unit) { return U16_IS_TRAIL(unit); }));
-}
+void Place::advance(std::u16string_view units) { advance_past(units, *this); }
+void Place::advance(std::string_view utf8) { advance_past(utf8, *this); }
 
 }  // namespace text

@@ -12,8 +12,9 @@ struct Place {
   std::uint64_t column = 1;
   bool is_after_cr = false;
 
-  // Goes past UTF-16 that has no half of a surrogate pair at either end.
+  // Each goes past whole characters.
   void advance(std::u16string_view units);
+  void advance(std::string_view utf8);
 };
 
 }  // namespace text

@@ -57,8 +57,12 @@ void Source::reset() {
 }
 
 bool Source::is_between_characters() const {
+  return !has_state(converter_.get()) && !is_inside_character();
+}
+
+bool Source::is_inside_character() const {
   UErrorCode status = U_ZERO_ERROR;
-  return !has_state(converter_.get()) && ucnv_toUCountPending(converter_.get(), &status) == 0;
+  return !has_state(converter_.get()) && ucnv_toUCountPending(converter_.get(), &status) != 0;
 }
 
 }  // namespace text

@@ -35,6 +35,8 @@ class Source {
   // Whether the bytes read so far mean nothing to those that come. Never true of charsets with a
   // state.
   bool is_between_characters() const;
+  // Whether they end inside a character. Never true of charsets with a state.
+  bool is_inside_character() const;
 
  private:
   Source(std::string charset, ConverterPtr converter);

@@ -33,8 +33,8 @@ size_t find_lone_surrogate(std::u16string_view units) {
 
 }  // namespace
 
-StreamConverter::StreamConverter(Source source, Target target)
-    : source_(std::move(source)), target_(std::move(target)) {}
+StreamConverter::StreamConverter(Source source, Target target, Shortcut shortcut)
+    : source_(std::move(source)), target_(std::move(target)), shortcut_(shortcut) {}
 
 i18n_text_status_t StreamConverter::convert(Input& input, Output& output, bool is_last) noexcept {
   const char* const input_begin = input.next;
@@ -55,7 +55,7 @@ i18n_text_status_t StreamConverter::convert(Input& input, Output& output, bool i
       } else if (stage_ == Stage::finish) {
         finish_writing();
       } else if (has_more_units_ || input.next != input.end) {
-        read(input);
+        if (!take_shortcut(input, output)) read(input);
       } else if (is_last) {
         finish_reading();
       } else {
@@ -89,10 +89,39 @@ void StreamConverter::begin() {
   stage_ = Stage::read;
 }
 
+// As far as it leads. What stops it is often one character, so the converters take but a little
+// then.
+bool StreamConverter::take_shortcut(Input& input, Output& output) {
+  if (has_more_units_ || now_.lead != 0 || !source_.is_between_characters() ||
+      !target_.is_between_characters()) {
+    return false;
+  }
+  const char* const begin = input.next;
+  while (input.next != input.end &&
+         output.end - output.next >= static_cast<ptrdiff_t>(Shortcut::least_room)) {
+    const Shortcut::Step step = shortcut_.convert(as_bytes({input.next, input.end}),
+                                                  {reinterpret_cast<unsigned char*>(output.next),
+                                                   reinterpret_cast<unsigned char*>(output.end)},
+                                                  now_.place);
+    if (step.read == 0) break;
+    input.next += step.read;
+    now_.bytes += step.read;
+    output.next += step.written;
+    now_.written += step.written;
+  }
+  constexpr size_t least_read = 64;
+  if (input.next == begin) return false;
+  most_read_ = least_read;
+  return true;
+}
+
 void StreamConverter::read(Input& input) {
   history_.prepare(now_, source_, target_);
   const char* const begin = input.next;
-  const auto most = std::min<ptrdiff_t>(input.end - begin, History::max_read);
+  // The shortcut begins again after the character that is being read.
+  const size_t wanted = source_.is_inside_character() ? 1 : most_read_;
+  const auto most = std::min(input.end - begin, static_cast<ptrdiff_t>(wanted));
+  most_read_ = std::min(2 * most_read_, History::max_read);
   char16_t* end = units_;
   if (now_.lead != 0) *end++ = now_.lead;
   const Source::Result result = source_.read(input.next, begin + most, end, std::end(units_));

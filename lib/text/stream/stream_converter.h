@@ -10,6 +10,7 @@
 
 #include "text/stream/error.h"
 #include "text/stream/history.h"
+#include "text/stream/shortcut.h"
 #include "text/stream/source.h"
 #include "text/stream/target.h"
 
@@ -27,7 +28,7 @@ struct Output {
 
 class StreamConverter {
  public:
-  StreamConverter(Source source, Target target);
+  StreamConverter(Source source, Target target, Shortcut shortcut);
   StreamConverter(const StreamConverter&) = delete;
   StreamConverter& operator=(const StreamConverter&) = delete;
 
@@ -52,6 +53,7 @@ class StreamConverter {
   bool hand_out(Output& output);
   void keep(const char* begin, const char* end);
   void begin();
+  bool take_shortcut(Input& input, Output& output);
   void read(Input& input);
   void finish_reading();
   void accept(char16_t* end, Source::Result result);
@@ -63,11 +65,13 @@ class StreamConverter {
 
   Source source_;
   Target target_;
+  Shortcut shortcut_;
   History history_;
   Mark now_;
   Stage stage_ = Stage::read;
-  bool has_more_units_ = false;   // the source, than there was room for
-  bool has_more_output_ = false;  // the target
+  size_t most_read_ = History::max_read;  // at once, by the converters
+  bool has_more_units_ = false;           // the source, than there was room for
+  bool has_more_output_ = false;          // the target
 
   // What was read and is to be written, and what follows it.
   const char16_t* unit_ = units_;
