@@ -1,6 +1,7 @@
-// Writes a mail to two people with a text and an attachment, with the line ends of mail.
+// Writes a mail with a text and an attachment to those whose addresses were typed.
 #include <qorvii18n/i18n_mail.h>
 
+#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -10,17 +11,24 @@
 
 namespace {
 
-using Result = std::unique_ptr<char, decltype(&i18n_mail_free)>;
-
-// A result of the library, or an exception that says what is wrong with which argument.
-std::string check(char* text, const i18n_mail_error_t& error, const std::string& what) {
-  const Result result(text, i18n_mail_free);
-  if (result == nullptr) {
+// Owns a result of the library, which is never null: an exception says what is wrong with which
+// argument.
+template <class Type>
+class Result {
+ public:
+  Result(Type* result, const i18n_mail_error_t& error, const std::string& what)
+      : result_(result, i18n_mail_free) {
+    if (result != nullptr) return;
     throw std::runtime_error(what + ", byte " + std::to_string(error.position + 1) + ": " +
                              i18n_mail_status_text(error.status));
   }
-  return result.get();
-}
+  Type* get() const { return result_.get(); }
+
+ private:
+  std::unique_ptr<Type, decltype(&i18n_mail_free)> result_;
+};
+template <class Type>
+Result(Type*, const i18n_mail_error_t&, const std::string&) -> Result<Type>;
 
 std::string read_file(const std::string& name) {
   std::ifstream stream(name, std::ios::binary);
@@ -28,48 +36,48 @@ std::string read_file(const std::string& name) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-std::string make_mail(const std::string& file_name) {
+std::string make_mail(const std::string& recipients, const std::string& file_name) {
   const std::string data = read_file(file_name);
   const std::string name = file_name.substr(file_name.rfind('/') + 1);
   const std::string subject = "Märchen von früher";
   const std::string text = "Guten Tag,\n\nanbei das Märchen.\n";
   const i18n_mail_address_t from = {"Wilhelm Müller", 15, "wilhelm@example.org"};
-  const i18n_mail_address_t to[] = {{"Grimm, Jacob", 12, "jacob@example.org"},
-                                    {"夏目漱石", 12, "soseki@bücher.example"}};
-  // The boundary must not begin a line of a part: no encoding writes "=_", and 7bit text is ours.
-  const std::string boundary = "=_part";
 
   i18n_mail_error_t error;
-  std::string mail =
-      check(i18n_mail_addresses("From", &from, 1, nullptr, nullptr, &error), error, "sender") +
-      "\r\n" +
-      check(i18n_mail_addresses("To", to, 2, nullptr, nullptr, &error), error, "receivers") +
-      "\r\n" +
-      check(i18n_mail_header("Subject", subject.data(), subject.size(), nullptr, nullptr, &error),
-            error, "subject") +
-      "\r\nMIME-Version: 1.0\r\n"
-      "Content-Type: multipart/mixed; boundary=\"" +
-      boundary + "\"\r\n\r\n--" + boundary + "\r\n";
-  mail += check(i18n_mail_text("plain", text.data(), text.size(), nullptr, nullptr, &error), error,
-                "text");
-  mail += "\r\n--" + boundary + "\r\nContent-Disposition: attachment";
-  mail += check(i18n_mail_parameter("filename", name.data(), name.size(), nullptr, &error), error,
-                "file name");
-  mail += "\r\n";
-  mail += check(i18n_mail_data("application/octet-stream", data.data(), data.size(), &error), error,
-                "file");
-  return mail + "\r\n--" + boundary + "--\r\n";
+  size_t count;
+  const Result to(
+      i18n_mail_parse_addresses(recipients.data(), recipients.size(), nullptr, &count, &error),
+      error, "recipients");
+  const Result text_part(
+      i18n_mail_text("plain", text.data(), text.size(), nullptr, nullptr, &error), error, "text");
+  const Result attachment(i18n_mail_attachment("application/octet-stream", name.data(), name.size(),
+                                               nullptr, data.data(), data.size(), &error),
+                          error, "file name");
+  const char* const parts[] = {text_part.get(), attachment.get()};
+
+  std::string mail;
+  const auto add = [&](char* piece, const std::string& what, const char* end) {
+    mail.append(Result(piece, error, what).get()).append(end);
+  };
+  add(i18n_mail_date("Date", std::time(nullptr), 0, &error), "date", "\r\n");
+  add(i18n_mail_message_id("example.org", &error), "domain", "\r\n");
+  add(i18n_mail_addresses("From", &from, 1, nullptr, nullptr, &error), "sender", "\r\n");
+  add(i18n_mail_addresses("To", to.get(), count, nullptr, nullptr, &error), "recipients", "\r\n");
+  add(i18n_mail_header("Subject", subject.data(), subject.size(), nullptr, nullptr, &error),
+      "subject", "\r\nMIME-Version: 1.0\r\n");
+  add(i18n_mail_multipart("mixed", parts, 2, &error), "parts", "");
+  return mail;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: send_mail FILE\n";
+  if (argc != 3) {
+    std::cerr << "usage: send_mail RECIPIENTS FILE\n";
     return 2;
   }
   try {
-    std::cout << make_mail(argv[1]) << std::flush;
+    std::cout << make_mail(argv[1], argv[2]) << std::flush;
     return std::cout ? 0 : 1;
   } catch (const std::exception& failure) {
     std::cerr << "send_mail: " << failure.what() << "\n";

@@ -13,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from datetime import datetime, timezone
 from pathlib import Path
 
 PROGRAMS, EXAMPLES = Path(sys.argv[1]), Path(sys.argv[2])
@@ -128,12 +129,16 @@ class SendMail(unittest.TestCase):
     def test_addresses_text_and_file(self):
         for name in ["lunyu.txt", "awkward.txt"]:
             file = EXAMPLES / "data" / name
-            result = run("send_mail", file)
+            recipients = '"Grimm, Jacob" <jacob@example.org>; 夏目漱石 <soseki@bücher.example>'
+            result = run("send_mail", recipients, file)
             self.assertEqual((result.returncode, result.stderr), (0, b""))
             message = email.message_from_bytes(result.stdout, policy=email.policy.default)
             self.assertEqual([(to.display_name, to.addr_spec) for to in message["To"].addresses],
                              [("Grimm, Jacob", "jacob@example.org"),
                               ("夏目漱石", "soseki@xn--bcher-kva.example")])
+            age = datetime.now(timezone.utc) - message["Date"].datetime
+            self.assertLess(abs(age.total_seconds()), 600)
+            self.assertRegex(message["Message-ID"], "^<[0-9a-f]{32}@example.org>$")
             self.assertEqual(message["Subject"], "Märchen von früher")
             text, attachment = message.iter_parts()
             self.assertEqual(text.get_content(), "Guten Tag,\r\n\r\nanbei das Märchen.\r\n")
