@@ -82,6 +82,18 @@ class HeaderWriter {
 
  private:
   // Writes the stretch, and what must be encoded with it. Returns the index of the next.
+  //
+  // What is before `at` is written, what is before `end` must be encoded, and `index` is the
+  // stretch after that. An example, in Q words beside "Subject: ", which leaves 67 columns: a u
+  // umlaut of two bytes, a word of 51 letters, and the word y.
+  //
+  //   at   end   index
+  //    0     2     1     The umlaut is a word of 18 columns, and the letters do not fit beside it.
+  //                      The line is fresh and cannot be folded, so they are encoded, too.
+  //    0    54     2     A word has room for all up to 49. It is written, and the line folded.
+  //   49    54     2     The rest is a word, and y fits beside it.
+  //
+  // Had the line not been fresh, it would have been folded, and the first row tried once more.
   size_t write_words(Field& field, size_t index, WordKind kind, size_t most) {
     size_t at = stretches_[index].begin;
     for (++index; field.text().size() <= most;) {

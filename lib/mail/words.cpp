@@ -6,6 +6,16 @@
 
 namespace mail {
 
+// An example: thirty u umlauts in UTF-8, two bytes each, beside "Subject: ", which leaves 67
+// columns of its line.
+//
+//   12 columns for "=?UTF-8?B?" and "?=" leave 55    13 groups of base64, 39 bytes
+//   down to where a character ends                   38 bytes     find_longest()
+//   down to where no padding is needed               36 bytes     find_cut()
+//
+// Such a place can be missing: a family of four is one cluster of 25 bytes, and no groups end with
+// it. Then less is asked for, in turn: a Q word, which is never padded; a B word that ends inside a
+// cluster; a Q word that does. In ISO-2022-JP, which has no Q words, a padded B word comes last.
 Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
   const size_t longest = find_longest(begin, end, columns, kind);
   if (longest == end) return {end, kind, measure(begin, end, kind)};
