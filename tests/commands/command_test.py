@@ -3,10 +3,13 @@
 
 usage: command_test.py DIRECTORY_OF_COMMANDS DIRECTORY_OF_COMPLETIONS [unittest arguments]
 """
+import email
+import email.policy
 import os
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -94,9 +97,86 @@ class Convert(TestCase):
         self.assertEqual(complete("qorvii18n-convert", "--fr"), ["--from"])
 
 
+class Mail(TestCase):
+    NEEDED = {"--from": "a@example.org", "--to": "b@example.org", "--subject": "x"}
+
+    def arguments(self, *more, **changes):
+        values = {**self.NEEDED, **{f"--{name}": value for name, value in changes.items()}}
+        return [arg for pair in values.items() if pair[1] is not None for arg in pair] + list(more)
+
+    def read(self, args, text):
+        result = run("qorvii18n-mail", *args, stdin=text)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.assertNotIn(b"\r", result.stdout)
+        return email.message_from_bytes(result.stdout, policy=email.policy.default)
+
+    def test_python_reads_what_went_in(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            files = {"é, \"1\".PNG": ("image/png", bytes(range(256)) * 500),
+                     "a.txt": ("text/plain", "日本\n".encode()),
+                     "mail.eml": ("application/octet-stream", b"From: a\n\nb\n"),
+                     "nothing": ("application/octet-stream", b"")}
+            attached = []
+            for name, (_, data) in files.items():
+                Path(scratch, name).write_bytes(data)
+                attached += ["--attach", Path(scratch, name)]
+            text = "Grüße\n--=_1_=\n.\nFrom 😀\n"
+            mail = self.read(self.arguments(*attached, **{
+                "from": "Jürgen Groß <j@köln.example>, k@example.org", "cc": "c@example.org",
+                "to": '"Klein, J." <j@example.org>; friends: 王 <w@example.cn>;',
+                "subject": "Grüße, 日本"}), text.encode())
+            self.assertEqual(mail.defects, [])
+            self.assertEqual(mail["Subject"], "Grüße, 日本")
+            self.assertEqual([(who.display_name, who.addr_spec) for who in mail["To"].addresses],
+                             [("Klein, J.", "j@example.org"), ("王", "w@example.cn")])
+            self.assertEqual(mail["Sender"].address.addr_spec, "j@xn--kln-sna.example")
+            self.assertEqual((len(mail["From"].addresses), mail["Cc"]), (2, "c@example.org"))
+            self.assertRegex(mail["Message-ID"], r"^<[0-9a-f]{32}@xn--kln-sna\.example>$")
+            age = time.time() - mail["Date"].datetime.timestamp()
+            self.assertTrue(0 <= age < 60, age)
+            body, *parts = mail.iter_parts()
+            self.assertEqual(body.get_content(), text.replace("\n", "\r\n"))
+            self.assertEqual({part.get_filename(): (part.get_content_type(), part.get_payload(decode=True))
+                              for part in parts}, files)
+            self.assertEqual(parts[1].get_content_charset(), "utf-8")
+
+    def test_charsets(self):
+        args = self.arguments("--charset", "latin1", "--mail-charset", "ISO-8859-15",
+                              subject=b"gr\xfcn")
+        mail = self.read(args, b"\xfc\n")
+        self.assertEqual((mail["Subject"], mail.get_content(), mail.get_content_charset()),
+                         ("grün", "ü\n", "iso-8859-15"))
+        result = run("qorvii18n-mail", *self.arguments("--smtputf8", to="jürgen@example.org"))
+        self.assertIn("\nTo: jürgen@example.org\n".encode(), result.stdout)
+        self.assertEqual(complete("qorvii18n-mail", "--mail-charset", "UTF-"), ["UTF-8"])
+        self.assertEqual(complete("qorvii18n-mail", "--sm"), ["--smtputf8"])
+
+    def test_what_is_wrong_is_named_and_nothing_is_written(self):
+        lacks = "a character that the mail charset lacks"
+        for changes, more, status, message in [
+                ({"to": None}, [], 2, "--to is needed (see --help)"),
+                ({}, ["--to", "c@example.org"], 2, "--to was given twice (see --help)"),
+                ({}, ["a", "b"], 2, "one file too many: b (see --help)"),
+                ({"to": "a@b, c@@d"}, [], 2, "--to: byte 8: bad address"),
+                ({"to": " ,"}, [], 2, "--to: no address (see --help)"),
+                ({"to": "b@c\nBcc: d@e"}, [], 2, "--to: byte 5: bad address"),
+                ({"to": "jürgen@b"}, [], 2, "--to: jürgen@b needs --smtputf8 (see --help)"),
+                ({"subject": "a\nX: y"}, [], 2, "--subject: byte 2: a forbidden character"),
+                ({"subject": b"\xff"}, [], 2, "--subject: byte 1: invalid text"),
+                ({"to": "日 <a@b>"}, ["--mail-charset", "latin1"], 2, f"--to: 日: byte 1: {lacks}"),
+                ({}, ["--mail-charset", "fax"], 2, "--mail-charset: fax: unknown mail charset"),
+                ({}, ["--charset", "fax"], 2, "--charset: fax: unknown charset"),
+                ({}, ["missing"], 1, "missing: No such file or directory"),
+                ({}, ["--attach", "missing"], 1, "missing: No such file or directory"),
+                ({}, ["--attach", "-"], 2, "--attach: a file is needed (see --help)"),
+                ({}, [], 1, "standard input: byte 3: invalid text")]:
+            self.check("qorvii18n-mail", self.arguments(*more, **changes), status, message,
+                       b"a\n\xff" if status == 1 and not more else b"text")
+
+
 class EveryCommand(TestCase):
     def test_help_version_and_a_full_disk(self):
-        for command in ["qorvii18n-convert"]:
+        for command in ["qorvii18n-convert", "qorvii18n-mail"]:
             with self.subTest(command=command):
                 result = run(command, "--help")
                 self.assertEqual((result.returncode, result.stderr), (0, b""))
