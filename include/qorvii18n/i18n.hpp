@@ -77,7 +77,8 @@ class QORVII18N_EXPORT BegEnd {
  public:
   BegEnd();  ///< Starts with both at 0.
   /// Stores two indices.
-  /// @param begin_index,end_index  The indices.
+  /// @param begin_index  The first.
+  /// @param end_index  The second; -1 for an open end.
   BegEnd(int begin_index, int end_index);
   BegEnd(const BegEnd&);  ///< Copies both indices.
   BegEnd& operator=(const BegEnd&);
@@ -119,8 +120,10 @@ class QORVII18N_EXPORT LineCycle : public Error {
  public:
   /// Makes a cycle for one text. Reports an assertion failure when the strings leave no room.
   /// @param max_length  The longest that a line may be.
-  /// @param prefix,suffix,line_break  What opens each line, closes each line and stands between two
-  /// of them. They are copied; null stands for an empty string.
+  /// @param prefix  What opens each line. It is copied, as the other two are; null stands for an
+  /// empty string.
+  /// @param suffix  What closes each line.
+  /// @param line_break  What stands between two lines.
   LineCycle(int max_length, const char* prefix, const char* suffix, const char* line_break);
   LineCycle(const LineCycle&);  ///< Copies the state, with strings of its own.
   LineCycle& operator=(const LineCycle&);

@@ -1,5 +1,5 @@
 /// @file
-/// Mails, right in one call for each field and part: subjects, addresses, dates, texts,
+/// Mails, one call for each field and part: subjects, addresses, dates, texts,
 /// attachments. A mail is its fields, CR LF after each, the field `MIME-Version: 1.0` among them,
 /// and one part.
 ///
@@ -88,7 +88,8 @@ typedef struct i18n_mail_address_t {
 /// An unstructured field such as `Subject: ...`. Words of printable ASCII between single blanks
 /// stay as they are; the rest becomes encoded words, each of which decodes alone.
 /// @param name  1 to 64 printable ASCII characters but ':'.
-/// @param text,length  The text.
+/// @param text  The text.
+/// @param length  Its length.
 /// @param charset  Its charset.
 /// @param mail_charset  The charset of the mail.
 /// @param error  What went wrong.
@@ -100,7 +101,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_header(const char* name, const char* text,
 /// A field of addresses such as `To: "Klein, J." <j@example.org>, ...`. A domain outside ASCII is
 /// written as UTS #46 says.
 /// @param name  As for i18n_mail_header().
-/// @param items,count  The addresses, one at least.
+/// @param items  The addresses.
+/// @param count  Their number, 1 or more.
 /// @param charset  The charset of the names in the items.
 /// @param mail_charset  The charset of the mail.
 /// @param error  What went wrong.
@@ -113,7 +115,12 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_addresses(const char* name, const i18n_mai
 /// ASCII, but no controls, blanks and line ends of Unicode, and are written in UTF-8 as they are.
 /// i18n_mail_addresses() answers such an address with I18N_MAIL_NEEDS_SMTPUTF8, so that a program
 /// can ask its server first.
-/// @param name,items,count,charset,mail_charset,error  As for i18n_mail_addresses().
+/// @param name  As for i18n_mail_addresses().
+/// @param items  As for i18n_mail_addresses().
+/// @param count  As for i18n_mail_addresses().
+/// @param charset  As for i18n_mail_addresses().
+/// @param mail_charset  As for i18n_mail_addresses().
+/// @param error  As for i18n_mail_addresses().
 /// @return The field, without a line end after it.
 QORVII18N_MAIL_EXPORT char* i18n_mail_addresses_utf8(const char* name,
                                                      const i18n_mail_address_t* items, size_t count,
@@ -124,7 +131,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_addresses_utf8(const char* name,
 /// k@example.org`. Commas separate them, outside groups semicolons, too; a comma in a name stands
 /// within quotes. TAB, CR and LF are blanks. Comments and the names of groups are dropped. It is
 /// not for fields of received mail: no words are decoded.
-/// @param list,length  The text.
+/// @param list  The text.
+/// @param length  Its length.
 /// @param charset  Its charset.
 /// @param count  Receives the number of items, 0 after a failure; must not be null.
 /// @param error  What went wrong: at the first mistake I18N_MAIL_BAD_ADDRESS, the index of the item
@@ -164,7 +172,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_message_id(const char* domain, i18n_mail_e
 /// A parameter such as `filename="a b.pdf"`. What plain ASCII cannot hold is written in UTF-8, in
 /// pieces when it is long.
 /// @param name  1 to 40 characters of a token, but no asterisk, quote or percent sign.
-/// @param value,length  The text.
+/// @param value  The text.
+/// @param length  Its length.
 /// @param charset  Its charset.
 /// @param error  What went wrong.
 /// @return The parameter with ';' and a fold in front, without a line end after it: it follows the
@@ -179,7 +188,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_parameter(const char* name, const char* va
 /// such as `plain; format=flowed`, but no charset: each a ';', a name as for i18n_mail_parameter()
 /// that no other has, '=', and a token or a quoted string of printable ASCII without backslash and
 /// "=?". Blanks may stand around the ';'.
-/// @param text,length  The text.
+/// @param text  The text.
+/// @param length  Its length.
 /// @param charset  Its charset.
 /// @param mail_charset  The charset of the mail.
 /// @param error  What went wrong.
@@ -193,7 +203,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_text(const char* subtype, const char* text
 /// @param type  Two tokens of 1 to 127 characters with '/' between them, such as `application/pdf`;
 /// parameters can follow as in i18n_mail_text(). Multipart and message, for which mail does not
 /// allow base64, are not for this function, which does not check that.
-/// @param data,length  The bytes; data may be null when length is 0.
+/// @param data  The bytes; may be null when length is 0.
+/// @param length  Their number.
 /// @param error  What went wrong.
 /// @return A part as from i18n_mail_text().
 QORVII18N_MAIL_EXPORT char* i18n_mail_data(const char* type, const void* data, size_t length,
@@ -201,9 +212,11 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_data(const char* type, const void* data, s
 
 /// The same for a file that readers offer to save.
 /// @param type  As for i18n_mail_data(), but multipart and message are refused.
-/// @param name,name_length  The name of the file, a text; no name is written when it is empty.
+/// @param name  The name of the file, a text; no name is written when it is empty.
+/// @param name_length  Its length.
 /// @param charset  Its charset.
-/// @param data,length  The bytes; data may be null when length is 0.
+/// @param data  The bytes; may be null when length is 0.
+/// @param length  Their number.
 /// @param error  What went wrong.
 /// @return A part as from i18n_mail_text().
 QORVII18N_MAIL_EXPORT char* i18n_mail_attachment(const char* type, const char* name,
@@ -216,7 +229,8 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_attachment(const char* type, const char* n
 /// file.
 /// @param out  Room for i18n_mail_base64_size(length) bytes, all of which are written, without a
 /// NUL.
-/// @param data,length  A piece; all but the last have a multiple of 57 bytes.
+/// @param data  A piece of the bytes.
+/// @param length  Its length; of all but the last piece it is a multiple of 57.
 /// @return i18n_mail_base64_size(length).
 QORVII18N_MAIL_EXPORT size_t i18n_mail_base64(char* out, const void* data, size_t length);
 
@@ -229,7 +243,8 @@ QORVII18N_MAIL_EXPORT size_t i18n_mail_base64_size(size_t length);
 /// parts make equal results.
 /// @param subtype  `mixed`, `alternative`, `related` or another token, with parameters as in
 /// i18n_mail_text(), but no boundary.
-/// @param parts,count  Parts of this family, one at least, multiparts too. A caller may have put
+/// @param count  The number of parts.
+/// @param parts  Parts of this family, one at least, multiparts too. A caller may have put
 /// fields in front of them, such as `Content-ID: <1@example.org>` with its CR LF: a part is ASCII
 /// in lines of at most 998 bytes that all end with CR LF, and begins with a field.
 /// @param error  What went wrong: I18N_MAIL_BAD_VALUE with item and position when a part is none.

@@ -57,7 +57,9 @@ QORVII18N_EXPORT char* i18n_mime_encode_qp(const char* str, const char* from_cha
                                            const char* to_charset);
 
 /// Encodes a body as base64.
-/// @param str,from_charset,to_charset  As for i18n_mime_encode_qp().
+/// @param str  The text.
+/// @param from_charset  Its charset.
+/// @param to_charset  The charset of the mail, as for i18n_mime_encode_qp().
 /// @return The encoded body, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_encode_b64(const char* str, const char* from_charset,
                                             const char* to_charset);
@@ -71,7 +73,9 @@ QORVII18N_EXPORT char* i18n_mime_encode_header_qp(const char* str, const char* f
                                                   const char* to_charset);
 
 /// Encodes a header as "B" words, which are also right for names in front of addresses.
-/// @param str,from_charset,to_charset  As for i18n_mime_encode_header_qp().
+/// @param str  The text, which is always converted.
+/// @param from_charset  Its charset.
+/// @param to_charset  The charset of the mail.
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_encode_header_b64(const char* str, const char* from_charset,
                                                    const char* to_charset);
@@ -107,7 +111,10 @@ QORVII18N_EXPORT char* i18n_mime_encode_header(const char* str, const char* from
 
 /// Encodes a body in ICU's default charset for its mail charset: i18n_mime_encode() with null for
 /// both charsets, and so a copy of str where the default has no mail charset, as UTF-8 has none.
-/// @param str,qp_threshold,encoding_out,to_charset_out  As for i18n_mime_encode().
+/// @param str  The text.
+/// @param qp_threshold  As for i18n_mime_encode().
+/// @param encoding_out  As for i18n_mime_encode().
+/// @param to_charset_out  As for i18n_mime_encode().
 /// @return The encoded body, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode(const char* str, double qp_threshold,
                                              i18n_mime_encoding_t* encoding_out,
@@ -115,7 +122,8 @@ QORVII18N_EXPORT char* i18n_mime_easy_encode(const char* str, double qp_threshol
 
 /// Encodes a header in ICU's default charset for its mail charset: i18n_mime_encode_header() with
 /// null for both charsets, and so a copy of str where the default has no mail charset.
-/// @param str,qp_threshold  As for i18n_mime_encode_header().
+/// @param str  The text, which is always converted.
+/// @param qp_threshold  As for i18n_mime_encode_header().
 /// @return The encoded words, or a copy of str.
 QORVII18N_EXPORT char* i18n_mime_easy_encode_header(const char* str, double qp_threshold);
 

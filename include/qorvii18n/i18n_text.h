@@ -48,9 +48,10 @@ typedef struct i18n_text_error_t {
   /// beginning of the text that converts. In UTF-7, IMAP-mailbox-name and ISCII, and where a
   /// character is several code points, that can be a little before the code point at fault.
   uint64_t position;
-  /// The line of that character and its column in code points, both from 1. Lines end at LF, CR LF
-  /// and CR.
-  uint64_t line, column;
+  /// The line of that character, from 1. Lines end at LF, CR LF and CR.
+  uint64_t line;
+  /// Its column in code points, from 1.
+  uint64_t column;
 } i18n_text_error_t;
 
 /// A text on its way from one charset to another.
@@ -58,12 +59,14 @@ typedef struct i18n_text_converter_t i18n_text_converter_t;
 
 /// Takes some output. It must not throw or use the converter.
 /// @param context  What the caller passed along.
-/// @param bytes,length  The output, valid during the call.
+/// @param bytes  The output, valid during the call.
+/// @param length  Its length.
 /// @return 0 to go on.
 typedef int (*i18n_text_write_t)(void* context, const char* bytes, size_t length);
 
 /// Makes a converter.
-/// @param from,to  The charsets.
+/// @param from  The charset of the text.
+/// @param to  The charset of the output.
 /// @param status  Why there is none; may be null.
 /// @return The converter, to be released with i18n_text_close(), or null.
 QORVII18N_TEXT_EXPORT i18n_text_converter_t* i18n_text_open(const char* from, const char* to,
@@ -94,7 +97,8 @@ QORVII18N_TEXT_EXPORT i18n_text_status_t i18n_text_convert(i18n_text_converter_t
 
 /// Converts the next piece of a text, and hands all output to a function.
 /// @param converter  The converter.
-/// @param input,length  The piece; it may be null when length is 0.
+/// @param input  The piece; may be null when length is 0.
+/// @param length  Its length.
 /// @param is_last  Not 0 when no more input comes after this piece, which may be empty.
 /// @param write  Takes the output, in parts of at least one byte.
 /// @param context  Passed to write.
@@ -122,8 +126,10 @@ QORVII18N_TEXT_EXPORT void i18n_text_reset(i18n_text_converter_t* converter);
 QORVII18N_TEXT_EXPORT void i18n_text_close(i18n_text_converter_t* converter);
 
 /// Converts a whole text.
-/// @param from,to  The charsets.
-/// @param text,length  The text; it may be null when length is 0.
+/// @param from  The charset of the text.
+/// @param to  The charset of the output.
+/// @param text  The text; may be null when length is 0.
+/// @param length  Its length.
 /// @param result_length  Receives the length of the result, 0 when there is none; may be null.
 /// @param error  Receives what went wrong, zeros on success; may be null.
 /// @return The result, with a NUL after it that the length does not count, to be released with

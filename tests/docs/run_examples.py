@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Runs the examples of a page and prints where their output is not what the page says.
 
-  run_examples.py PAGE DIRECTORY_OF_PROGRAMS COMPILER [ARGUMENT...]
+  run_examples.py PAGE DIRECTORY_OF_PROGRAMS C_COMPILER... -- CXX_COMPILER... -- ARGUMENT...
 
-In a manual page these are the literal displays under EXAMPLES, in turn a program in C and its output.
-In a Markdown page, each ```c block that has a main function, with the ```text block that follows it,
+The compilers come with their flags; the arguments, SOURCE among them, are for both. In a manual page these are the literal displays under EXAMPLES, in turn a program in C and its output.
+In a Markdown page, each ```c or ```cpp block that has a main function, with the ```text block that follows it,
 and each command in a ```console block, which finds the page's directory around it and the programs in
 its PATH. Three dots stand for what is another each time.
 """
@@ -16,7 +16,10 @@ import sys
 import tempfile
 from pathlib import Path
 
-page, programs, compiler = Path(sys.argv[1]), sys.argv[2], sys.argv[3:]
+page, programs = Path(sys.argv[1]), sys.argv[2]
+first, second = (i for i, argument in enumerate(sys.argv) if argument == "--")
+compilers = {"c": sys.argv[3:first], "cpp": sys.argv[first + 1:second]}
+arguments = sys.argv[second + 1:]
 environment = {**os.environ, "LC_ALL": "C.UTF-8", "PATH": f"{programs}:{os.environ['PATH']}"}
 
 
@@ -25,33 +28,33 @@ def manual_programs(text):
     displays = re.findall(r"^\.Bd -literal.*?\n(.*?)^\.Ed$", examples[1] if examples else "",
                           re.M | re.S)
     displays = [display.replace(r"\e", "\\") for display in displays]
-    return list(zip(displays[::2], displays[1::2], strict=True))
+    return [("c", *example) for example in zip(displays[::2], displays[1::2], strict=True)]
 
 
 def markdown_programs(text):
     blocks = re.findall(r"^```(\w*)\n(.*?)^```$", text, re.M | re.S)
-    return [(program, output) for (language, program), (next_language, output)
+    return [(language, program, output) for (language, program), (next_language, output)
             in zip(blocks, blocks[1:])
-            if language == "c" and "int main(" in program and next_language == "text"]
+            if language in compilers and "int main(" in program and next_language == "text"]
 
 
 def console_commands(text):
     for block in re.findall(r"^```console\n(.*?)^```$", text, re.M | re.S):
         for session in block.removeprefix("$ ").split("\n$ "):
             command, _, output = session.partition("\n")
-            yield command, output
+            yield "console", command, output
 
 
-def run_program(source):
+def run_program(language, source):
     with tempfile.TemporaryDirectory() as scratch:
-        path, binary = Path(scratch, "example.c"), Path(scratch, "example")
+        path, binary = Path(scratch, f"example.{language}"), Path(scratch, "example")
         path.write_text(source, encoding="utf-8")
-        command = [str(path) if argument == "SOURCE" else argument for argument in compiler]
-        subprocess.run([*command, "-o", str(binary)], check=True)
+        given = [str(path) if argument == "SOURCE" else argument for argument in arguments]
+        subprocess.run([*compilers[language], *given, "-o", str(binary)], check=True)
         return subprocess.run([str(binary)], check=True, stdout=subprocess.PIPE, env=environment)
 
 
-def run_command(command):
+def run_command(_, command):
     return subprocess.run(["bash", "-c", command], cwd=page.parent, env=environment,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
@@ -75,8 +78,8 @@ def main():
     if not examples:
         sys.exit(f"{page}: no example with its output")
     wrong = 0
-    for run, example, expected in examples:
-        printed = run(example).stdout.decode("utf-8", "replace")
+    for run, language, example, expected in examples:
+        printed = run(language, example).stdout.decode("utf-8", "replace")
         wanted, found = as_printed(expected), as_printed(printed)
         if len(wanted) == len(found) and all(map(is_printed, wanted, found)):
             continue
