@@ -28,7 +28,7 @@ Breaks count_breaks(std::basic_string_view<Unit> text, bool is_after_cr) {
   Breaks breaks = {is_break(text[0]) ? 1U : 0U, is_after_cr && text[0] == '\n' ? 1U : 0U};
   for (size_t i = 1; i < text.size(); ++i) {
     breaks.all += is_break(text[i]);
-    breaks.second += (text[i] == '\n') & (text[i - 1] == '\r');
+    breaks.second += unsigned{text[i] == '\n'} & unsigned{text[i - 1] == '\r'};
   }
   return breaks;
 }
