@@ -60,7 +60,7 @@ typedef enum i18n_mail_status_t {
 
 /// What went wrong and where. Its layout will not change.
 typedef struct i18n_mail_error_t {
-  i18n_mail_status_t status;  ///< what
+  i18n_mail_status_t status;  ///< what went wrong
   size_t item;                ///< index of the address item or part, else 0
   /// In the text, name, address, value or part that is at fault, in bytes:
   ///   - the index at which the offending character begins, after any escape sequence; exact, but
@@ -70,7 +70,7 @@ typedef struct i18n_mail_error_t {
   ///   - the index at which the domain begins when it is outside ASCII and no domain, four numbers,
   ///     or no literal; at which its label begins when that is no encoded one
   ///   - the index of the first byte outside ASCII when an address needs SMTPUTF8
-  ///   - 0 in all other cases
+  ///   - 0 where none of these is at fault; 0 is also the index of the first byte
   size_t position;
 } i18n_mail_error_t;
 

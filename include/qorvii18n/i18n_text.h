@@ -40,7 +40,7 @@ typedef enum i18n_text_status_t {
 
 /// What ended a text, and where. Its layout will not change.
 typedef struct i18n_text_error_t {
-  i18n_text_status_t status;  ///< what
+  i18n_text_status_t status;  ///< what went wrong
   /// The code point that is lacking, else 0.
   uint32_t character;
   /// The index of the byte at which the character begins that is invalid, incomplete or lacking,
