@@ -316,7 +316,10 @@ bool is_reason(i18n_mail_status_t status, const std::string& charset,
     return utf8->find_first_of(Text("\0\n\v\f\r\x1C\x1D\x1E", 8)) != utf8->npos;
   }
   if (status == I18N_MAIL_LACKING_CHARACTER) {
-    return !written || convert(mail_charset, "UTF-8", *written) != utf8;
+    // Or some readers take it for another, which none does with UTF-8 and what can be seen of
+    // ASCII.
+    return !written || convert(mail_charset, "UTF-8", *written) != utf8 ||
+           (mail_charset != "UTF-8" && !std::all_of(utf8->begin(), utf8->end(), is_shown));
   }
   return status != I18N_MAIL_OK && status != I18N_MAIL_OUT_OF_MEMORY;
 }

@@ -326,6 +326,8 @@ TEST(MailParameter, IsPlainWhereEveryReaderTakesItSo) {
       {std::string(66, 'x'), "filename*0*=UTF-8''" + std::string(55, 'x') +
                                  ";\r\n filename*1*=" + std::string(11, 'x')},
       {"a\"b", "filename*=UTF-8''a%22b"},
+      {"a'b'c", "filename=\"a'b'c\""},
+      {"*a%41", "filename=\"*a%41\""},
       {"a\tb", "filename*=UTF-8''a%09b"},
       {"\u00dc-1_2.~", "filename*=UTF-8''%C3%9C-1_2.%7E"},
       {x50 + "x\u00fc", "filename*=UTF-8''" + x50 + "x%C3%BC"},

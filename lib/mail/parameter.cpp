@@ -69,7 +69,8 @@ std::string make_parameter(const char* name, const char* bytes, size_t length,
 }  // namespace
 
 std::string write_parameter(std::string_view name, std::string_view value) {
-  const bool is_token = !value.empty() && std::ranges::all_of(value, is_of_token);
+  // Some readers look for the marks of an extended value in a token, but not within quotes.
+  const bool is_token = !value.empty() && std::ranges::all_of(value, is_of_parameter_name);
   const std::string quote = is_token ? "" : "\"";
   std::string plain(name);
   plain.append("=").append(quote).append(value).append(quote);
