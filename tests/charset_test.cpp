@@ -3,7 +3,7 @@
 #include <unicode/ucnv.h>
 #include <qorvii18n/i18n.hpp>
 
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 #include "support/testing.h"
 #include "text/charset/converter.h"
 

@@ -4,7 +4,7 @@
 #include <unicode/utf8.h>
 
 #include "mail/call.h"
-#include "mail/unicode.h"
+#include "mail/icu.h"
 
 namespace mail {
 

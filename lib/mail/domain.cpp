@@ -11,8 +11,8 @@
 #include <unicode/uidna.h>
 
 #include "mail/call.h"
+#include "mail/icu.h"
 #include "mail/names.h"
-#include "mail/unicode.h"
 
 namespace mail {
 

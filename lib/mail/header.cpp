@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "mail/call.h"
-#include "mail/charset.h"
 #include "mail/lines.h"
+#include "mail/mail_charset.h"
 #include "mail/names.h"
 #include "mail/text.h"
 #include "mail/words.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "mail/charset.h"
-#include "mail/unicode.h"
+#include "mail/icu.h"
+#include "mail/mail_charset.h"
 
 namespace mail {
 

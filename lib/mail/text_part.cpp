@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "mail/call.h"
-#include "mail/charset.h"
+#include "mail/mail_charset.h"
 #include "mail/media_type.h"
 #include "mail/names.h"
 #include "mail/part.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "mail/charset.h"
 #include "mail/clusters.h"
 #include "mail/encodings.h"
+#include "mail/mail_charset.h"
 
 namespace mail {
 

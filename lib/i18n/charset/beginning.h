@@ -3,7 +3,7 @@
 
 #include <unicode/ucnv.h>
 
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 #include "text/charset/converter.h"
 
 namespace i18n {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 #include "core/c_string.h"
 
 namespace i18n {

@@ -7,7 +7,7 @@
 #include <qorvii18n/i18n_iconv.h>
 
 #include "charset/beginning.h"
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 #include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"

@@ -4,7 +4,7 @@
 
 #include <qorvii18n/i18n_iconv.h>
 
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 #include "core/c_string.h"
 #include "text/charset/converter.h"
 

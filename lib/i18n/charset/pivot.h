@@ -9,7 +9,7 @@
 
 #include <unicode/ucnv.h>
 
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 
 namespace i18n {
 

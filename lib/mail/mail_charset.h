@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "mail/charset_rules.h"
-#include "mail/unicode.h"
+#include "mail/icu.h"
 
 namespace mail {
 

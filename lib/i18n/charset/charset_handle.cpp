@@ -1,5 +1,5 @@
 // The registry of charset handles.
-#include "charset/charset.h"
+#include "charset/charset_handle.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "mail/charset.h"
+#include "mail/mail_charset.h"
 
 #include <algorithm>
 

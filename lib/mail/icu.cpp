@@ -1,4 +1,4 @@
-#include "mail/unicode.h"
+#include "mail/icu.h"
 
 #include <algorithm>
 #include <cstdint>
