@@ -12,7 +12,8 @@ using i18n::Bytes;
 
 // "44 1+40": a chunk of 44 bytes, and one of which one byte hangs together and 40 follow.
 std::string cut(const std::string& text, size_t room) {
-  fast::HeaderChunks chunks(text::as_bytes(text), room);
+  const fast::HeaderText header(text::as_bytes(text));
+  fast::HeaderChunks chunks(header, room);
   std::string sizes;
   do {
     EXPECT_TRUE(chunks.next());
@@ -43,7 +44,8 @@ TEST(HeaderChunks, EndWhereTheConverterStops) {
     EXPECT_EQ(cut(text, room), sizes) << text;
   }
   const std::string broken = "ab\xff";
-  EXPECT_FALSE(fast::HeaderChunks(text::as_bytes(broken), 45).next());
+  const fast::HeaderText header(text::as_bytes(broken));
+  EXPECT_FALSE(fast::HeaderChunks(header, 45).next());
 }
 
 // With pieces of each size, some ends fall on the end of the room that there is.

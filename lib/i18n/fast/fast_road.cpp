@@ -101,9 +101,18 @@ i18n::CString encode_body(const Work& work, Bytes text) {
   return nullptr;
 }
 
-i18n::CString encode_header(const Work& work, Bytes text) {
-  if (!is_utf8_name(work.from_charset) || !is_utf8_name(work.to_charset)) return nullptr;
-  Output output(2 * text.size());
+bool convert_header(const Work& work, HeaderText& text) {
+  if (is_utf8_name(work.from_charset) && is_utf8_name(work.to_charset)) return true;
+  const text::Charset* const from = text::find_charset(work.from_charset);
+  const text::Charset* const to = text::find_charset(work.to_charset);
+  return from != nullptr && to != nullptr && std::strlen(work.to_charset) <= longest_word_charset &&
+         text.convert(*from, *to);
+}
+
+i18n::CString encode_header(const Work& work, Bytes bytes) {
+  HeaderText text(bytes);
+  if (!convert_header(work, text)) return nullptr;
+  Output output(2 * text.get().size());
   if (work.encoding == I18N_MIME_B64) {
     return put_b_words(text, work.to_charset, output) ? output.release() : nullptr;
   }

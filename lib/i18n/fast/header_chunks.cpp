@@ -2,13 +2,7 @@
 
 #include <algorithm>
 
-#include "text/unicode/utf8.h"
-
 namespace fast {
-
-namespace {
-constexpr size_t pair_size = 4;  // of a character that is a pair of units
-}
 
 bool HeaderChunks::next() {
   if (!room_was_full_ && !fetch()) return false;
@@ -19,22 +13,22 @@ bool HeaderChunks::next() {
 
 bool HeaderChunks::fetch() {
   begins_in_pair_ = splits_pair_;
-  if (begins_in_pair_) fetched_ += pair_size;
+  if (begins_in_pair_) fetched_ = text_.end_character(fetched_);
   const size_t units = begins_in_pair_ ? units_at_once - 1 : units_at_once;
-  const Bytes rest = text_.subspan(fetched_);
-  const text::Reach reach = text::reach_units(rest, units);
+  const size_t size = text_.get().size();
+  const text::Reach reach = text_.reach_units(fetched_, units);
   if (!reach.is_valid) return false;
   // A pair of which one unit has room is the only thing that leaves room beside more text.
-  splits_pair_ = reach.units != units && reach.bytes != rest.size();
+  splits_pair_ = reach.units != units && reach.bytes != size - fetched_;
   fetched_ += reach.bytes;
-  is_last_fetch_ = fetched_ == text_.size();
+  is_last_fetch_ = fetched_ == size;
   return true;
 }
 
 void HeaderChunks::write() {
   const size_t limit = delivered_ + room_;
   // What the converter took before this call has no position for it.
-  const size_t run_end = begins_in_pair_ ? taken_ + pair_size : taken_;
+  const size_t run_end = begins_in_pair_ ? text_.end_character(taken_) : taken_;
   begins_in_pair_ = false;
   // When the room is full to the last byte, the converter does not get to the half of a pair.
   room_was_full_ = fetched_ > limit || (fetched_ == limit && splits_pair_);
@@ -50,18 +44,18 @@ void HeaderChunks::write() {
   first_run_ = std::min(run_end, end) - delivered_;
   delivered_ = end;
   assert(chunk_begin_ <= delivered_ && delivered_ <= taken_);
-  assert(taken_ <= fetched_ && fetched_ <= text_.size());
+  assert(taken_ <= fetched_ && fetched_ <= text_.get().size());
   assert(first_run_ <= longest_first_run);
 }
 
 size_t HeaderChunks::find_character(size_t at) const {
-  while (text::continues_character(text_[at])) --at;
+  while (text_.continues_character(at)) --at;
   return at;
 }
 
 // What comes after the bytes fetched has not been looked at.
 size_t HeaderChunks::end_character(size_t at) const {
-  while (at != fetched_ && text::continues_character(text_[at])) ++at;
+  while (at != fetched_ && text_.continues_character(at)) ++at;
   return at;
 }
 

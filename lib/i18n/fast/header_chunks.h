@@ -1,15 +1,13 @@
-// Where the exact road cuts UTF-8 header text into chunks, found without conversion.
+// Where the exact road cuts header text into chunks, found without its converters.
 #pragma once
 
 #include <cassert>
 #include <cstddef>
 
 #include "conversion/chunk_sizes.h"
-#include "core/bytes.h"
+#include "fast/header_text.h"
 
 namespace fast {
-
-using i18n::Bytes;
 
 // The exact road converts so many UTF-16 units at a time (docs/architecture.md says why) and writes
 // them as chunks of UTF-8, which are pieces of the text itself. As long as more follows, a chunk
@@ -36,7 +34,7 @@ class HeaderChunks {
   static constexpr size_t longest_first_run = 8;
 
   // room: the most bytes that a chunk may have, more than the longest first run.
-  HeaderChunks(Bytes text, size_t room) : text_(text), room_(room) {
+  HeaderChunks(const HeaderText& text, size_t room) : text_(text), room_(room) {
     assert(room > longest_first_run);
   }
 
@@ -44,7 +42,9 @@ class HeaderChunks {
   bool next();
   bool has_next() const { return room_was_full_ || !is_last_fetch_; }
 
-  Bytes get_chunk() const { return text_.subspan(chunk_begin_, delivered_ - chunk_begin_); }
+  // Where the chunk begins in the text, and its bytes.
+  size_t get_begin() const { return chunk_begin_; }
+  Bytes get_chunk() const { return text_.get().subspan(chunk_begin_, delivered_ - chunk_begin_); }
   // How many bytes at its beginning count as one character; 0 when they are characters as usual.
   size_t get_first_run() const { return first_run_; }
 
@@ -56,7 +56,7 @@ class HeaderChunks {
   size_t find_character(size_t at) const;  // where the one that has this byte begins
   size_t end_character(size_t at) const;   // where it ends; at itself between two
 
-  Bytes text_;
+  const HeaderText& text_;
   size_t room_;
 
   // Positions in the text, each at or behind the one before it. What the converter has taken, but

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
-#include <iterator>
 #include <string_view>
 
 #include "fast/header_chunks.h"
-#include "fast/pieces.h"
 #include "i18n_mime_encoding/line_limits.h"
 #include "transfer/base64.h"
 #include "transfer/qp_forms.h"
@@ -19,11 +17,6 @@ namespace {
 constexpr std::string_view word_break = i18n_mime::word_line_break;
 constexpr std::string_view word_end = i18n_mime::word_end;
 
-// Of the charset names that come here.
-constexpr size_t longest_name = 5;
-static_assert(std::all_of(std::begin(utf8_names), std::end(utf8_names),
-                          [](std::string_view name) { return name.size() <= longest_name; }));
-
 char* put(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
   return out + text.size();
@@ -33,7 +26,7 @@ char* put(char* out, std::string_view text) {
 class Fold {
  public:
   Fold(const char* charset, char letter) {
-    assert(std::strlen(charset) <= longest_name);
+    assert(std::strlen(charset) <= longest_word_charset);
     char* out = put(put(text_, word_end), word_break);
     char* const prefix = out;
     out = put(put(out, "=?"), charset);
@@ -51,7 +44,7 @@ class Fold {
   size_t get_first_room() const { return get_room() + word_break.size(); }
 
  private:
-  char text_[word_end.size() + word_break.size() + longest_name + 5];
+  char text_[word_end.size() + word_break.size() + longest_word_charset + 5];
   size_t size_;
   size_t prefix_size_;
 };
@@ -77,7 +70,7 @@ class QWords {
     output_.take_up_to(put(out, fold_.get_prefix()));
   }
 
-  // Bytes that one word must hold: a first run.
+  // Bytes that one word must hold: a first run, or a character.
   void append_whole(Bytes bytes) {
     char forms[transfer::escape_size * HeaderChunks::longest_first_run + transfer::form_slack];
     const size_t size = put_forms(forms, bytes);
@@ -87,6 +80,7 @@ class QWords {
     output_.take_up_to(put(out, {forms, size}));
   }
 
+  // Characters of UTF-8.
   void append_characters(Bytes bytes) {
     char forms[transfer::escape_size * i18n::chunk_bytes + transfer::form_slack];
     const char* next = forms;
@@ -124,7 +118,7 @@ class QWords {
 
 }  // namespace
 
-bool put_b_words(Bytes text, const char* charset, Output& output) {
+bool put_b_words(const HeaderText& text, const char* charset, Output& output) {
   const Fold fold(charset, 'B');
   const size_t most_groups = fold.get_room() / transfer::group_chars;
   HeaderChunks chunks(text, most_groups * transfer::group_bytes);
@@ -140,7 +134,7 @@ bool put_b_words(Bytes text, const char* charset, Output& output) {
   return true;
 }
 
-bool put_q_words(Bytes text, const char* charset, const char* table, Output& output) {
+bool put_q_words(const HeaderText& text, const char* charset, const char* table, Output& output) {
   HeaderChunks chunks(text, i18n::chunk_bytes);
   QWords words(charset, table, output);
   words.begin();
@@ -149,7 +143,16 @@ bool put_q_words(Bytes text, const char* charset, const char* table, Output& out
     const Bytes chunk = chunks.get_chunk();
     const size_t first_run = chunks.get_first_run();
     if (first_run != 0) words.append_whole(chunk.first(first_run));
-    words.append_characters(chunk.subspan(first_run));
+    if (text.is_utf8()) {
+      words.append_characters(chunk.subspan(first_run));
+      continue;
+    }
+    const size_t end = chunks.get_begin() + chunk.size();
+    for (size_t at = chunks.get_begin() + first_run; at != end;) {
+      const size_t next = std::min(text.end_character(at), end);
+      words.append_whole(text.get().subspan(at, next - at));
+      at = next;
+    }
   } while (chunks.has_next());
   words.end();
   return true;

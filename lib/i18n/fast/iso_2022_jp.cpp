@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "fast/unit_reader.h"
+#include "text/charset/charset.h"
 #include "text/charset/converter.h"
 
 namespace fast {
@@ -149,20 +150,14 @@ class Iso2022JpPieces final : public Pieces {
   unsigned char bytes_[byte_count];
 };
 
-bool is_iso_2022_jp(const UConverter* converter) {
-  UErrorCode status = U_ZERO_ERROR;
-  const char* name = ucnv_getName(converter, &status);
-  return name != nullptr && std::strcmp(name, canonical_name) == 0;
-}
-
 }  // namespace
 
 std::unique_ptr<Pieces> open_iso_2022_jp(const char* from_charset, const char* to_charset,
                                          Bytes text) {
   constexpr size_t least_size = 16384;
   if (text.size() < least_size) return nullptr;
-  const text::ConverterPtr to = text::open_converter(to_charset);
-  if (!to || !is_iso_2022_jp(to.get())) return nullptr;
+  const text::Charset* const to = text::find_charset(to_charset);
+  if (to == nullptr || std::strcmp(to->name(), canonical_name) != 0) return nullptr;
   text::ConverterPtr from = text::open_converter(from_charset);
   if (!from || !is_independent(from.get())) return nullptr;
   const Codes* const codes = get_codes();

@@ -1,11 +1,12 @@
 #include "fast/pieces.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "fast/icu_pieces.h"
 #include "text/charset/converter.h"
+#include "text/charset/converter_types.h"
+#include "text/charset/route.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
@@ -15,96 +16,54 @@ namespace fast {
 namespace {
 
 // What is converted without ICU.
-class DirectPieces final : public Pieces {
+class RoutePieces final : public Pieces {
  public:
-  using Convert = decltype(&text::utf8_to_latin1);
+  RoutePieces(const text::Route& route, Bytes text, size_t expected_size)
+      : route_(route), text_(text), expected_size_(expected_size) {}
 
-  // No byte gives more than two.
-  DirectPieces(Convert convert, Bytes text, size_t size)
-      : convert_(convert), text_(text), size_(size) {}
-
+  // Characters that vanish can leave a piece empty that is not the last.
   Bytes next() override {
-    const Bytes piece = text_.first(get_piece_size());
-    unsigned char* const end = convert_(converted_, piece, text::get_kernels());
-    failed_ = end == nullptr;
-    if (failed_) return {};
-    text_ = text_.subspan(piece.size());
-    return {converted_, end};
+    text::Progress progress{};
+    while (progress.written == 0 && !text_.empty() && !failed_) {
+      progress = route_.convert(text_, converted_, sizeof converted_);
+      text_ = text_.subspan(progress.read);
+      failed_ = progress.stop == text::Stop::kRefused || progress.read == 0;
+    }
+    return failed_ ? Bytes() : Bytes(converted_, progress.written);
   }
   bool has_failed() const override { return failed_; }
-  size_t get_expected_size() const override { return size_; }
+  size_t get_expected_size() const override { return expected_size_; }
 
  private:
-  static constexpr size_t most_bytes = 1024;
-
-  // Characters are not cut; text in other charsets than UTF-8 can get shorter pieces for that.
-  size_t get_piece_size() const {
-    if (text_.size() <= most_bytes) return text_.size();
-    size_t piece_size = most_bytes;
-    while (piece_size > most_bytes - 3 && text::continues_character(text_[piece_size]))
-      --piece_size;
-    return piece_size;
-  }
-
-  Convert convert_;
+  text::Route route_;
   Bytes text_;
-  size_t size_;
+  size_t expected_size_;
   bool failed_ = false;
-  unsigned char converted_[2 * most_bytes + text::copy_slack];
+  unsigned char converted_[2048];
 };
 
-enum class Kind { kUtf8, kLatin1, kAscii, kOther };
-
-Kind get_kind(const UConverter* converter) {
-  switch (ucnv_getType(converter)) {
-    case UCNV_UTF8:
-      return Kind::kUtf8;
-    case UCNV_LATIN_1:
-      return Kind::kLatin1;
-    case UCNV_US_ASCII:
-      return Kind::kAscii;
-    default:
-      return Kind::kOther;
+// What becomes of most texts.
+size_t estimate_size(const text::Charset& from, const text::Charset& to, Bytes text) {
+  const bool is_from_utf8 = from.type() == UCNV_UTF8;
+  if (is_from_utf8) {
+    return text::is_single_byte(to.type()) ? text::count_units(text) : text.size();
   }
+  if (to.type() != UCNV_UTF8) return text.size();
+  const size_t size = text::get_utf8_size(text);
+  return text::is_single_byte(from.type()) ? size : text.size() + (size - text.size()) / 2;
 }
 
-// A charset by its name; no converter is opened for the most frequent one.
-struct Charset {
-  explicit Charset(const char* name)
-      : converter(is_utf8_name(name) ? nullptr : text::open_converter(name)),
-        is_open(is_utf8_name(name) || converter != nullptr),
-        kind(converter == nullptr ? Kind::kUtf8 : get_kind(converter.get())) {}
-
-  text::ConverterPtr take_converter() {
-    return converter ? std::move(converter) : text::open_converter("UTF-8");
-  }
-
-  text::ConverterPtr converter;
-  bool is_open;
-  Kind kind;
-};
-
-bool is_unchanged(Kind from, Kind to, Bytes text) {
-  if (from == to && to == Kind::kUtf8) return text::is_utf8(text);
-  if (from == to && to == Kind::kLatin1) return true;
-  return text::is_ascii(text);
-}
-
-std::unique_ptr<Pieces> open_direct(Kind from, Kind to, Bytes text) {
-  if (from == Kind::kUtf8 && to == Kind::kLatin1) {
-    return std::make_unique<DirectPieces>(text::utf8_to_latin1, text, text::count_units(text));
-  }
-  if (from == Kind::kLatin1 && to == Kind::kUtf8) {
-    return std::make_unique<DirectPieces>(text::latin1_to_utf8, text, text::get_utf8_size(text));
-  }
-  if (is_unchanged(from, to, text)) return std::make_unique<WholeText>(text);
-  return nullptr;
-}
-
-std::unique_ptr<Pieces> open_with_icu(text::ConverterPtr from, text::ConverterPtr to, Bytes text) {
-  if (!from || !to) return nullptr;  // one that opens as a rule does not when memory runs out
-  if (!is_independent(from.get()) || !is_independent(to.get())) return nullptr;
+std::unique_ptr<Pieces> open_with_icu(const char* from_charset, const char* to_charset,
+                                      Bytes text) {
+  text::ConverterPtr from = text::open_converter(from_charset);
+  text::ConverterPtr to = text::open_converter(to_charset);
+  if (!from || !to || !is_independent(from.get()) || !is_independent(to.get())) return nullptr;
   return std::make_unique<IcuPieces>(std::move(from), std::move(to), text);
+}
+
+bool is_unchanged(const text::Charset& from, const text::Charset& to, Bytes text) {
+  if (from.type() != to.type()) return false;
+  return from.type() == UCNV_LATIN_1 || (from.type() == UCNV_UTF8 && text::is_utf8(text));
 }
 
 }  // namespace
@@ -114,12 +73,14 @@ bool is_utf8_name(const char* charset) {
 }
 
 std::unique_ptr<Pieces> open_pieces(const char* from_charset, const char* to_charset, Bytes text) {
-  Charset from(from_charset), to(to_charset);
-  if (!from.is_open || !to.is_open) return nullptr;
-  if (from.kind != Kind::kOther && to.kind != Kind::kOther) {
-    return open_direct(from.kind, to.kind, text);
+  const text::Charset* const from = text::find_charset(from_charset);
+  const text::Charset* const to = text::find_charset(to_charset);
+  if (from != nullptr && to != nullptr && is_unchanged(*from, *to, text)) {
+    return std::make_unique<WholeText>(text);
   }
-  return open_with_icu(from.take_converter(), to.take_converter(), text);
+  const auto route = text::Route::find(from, to, text.size(), text::Invisible::kDropped);
+  if (!route) return open_with_icu(from_charset, to_charset, text);
+  return std::make_unique<RoutePieces>(*route, text, estimate_size(*from, *to, text));
 }
 
 }  // namespace fast

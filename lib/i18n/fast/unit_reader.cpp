@@ -3,24 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "text/charset/converter_types.h"
+
 #include "text/charset/limits.h"
 
 namespace fast {
 
 bool is_independent(const UConverter* converter) {
-  switch (ucnv_getType(converter)) {
-    case UCNV_SBCS:
-    case UCNV_DBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_US_ASCII:
-    case UCNV_UTF8:
-    case UCNV_EBCDIC_STATEFUL:
-    case UCNV_ISO_2022:
-      return true;
-    default:
-      return false;
-  }
+  return text::is_independent(ucnv_getType(converter));
 }
 
 UnitReader::UnitReader(text::ConverterPtr converter, Bytes text)
