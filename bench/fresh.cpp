@@ -34,37 +34,37 @@ class Process {
   Process(int processor, const std::string& row, const char* side, const std::string& text) {
     int ends[2];
     require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0, "socket");
-    child = fork();
-    require(child >= 0, "fork");
-    if (child == 0) {
+    child_ = fork();
+    require(child_ >= 0, "fork");
+    if (child_ == 0) {
       stay_on(processor);
       dup2(ends[1], STDIN_FILENO);
       execl("/proc/self/exe", "qorvii18n_bench", serve_option, row.c_str(), side, nullptr);
       _exit(1);
     }
     close(ends[1]);
-    socket = ends[0];
+    socket_ = ends[0];
     const size_t size = text.size();
-    transmit(socket, &size, sizeof size);
-    transmit(socket, text.data(), size);
+    transmit(socket_, &size, sizeof size);
+    transmit(socket_, text.data(), size);
   }
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
   ~Process() {
-    close(socket);  // which ends the child
-    waitpid(child, nullptr, 0);
+    close(socket_);  // which ends the child
+    waitpid(child_, nullptr, 0);
   }
 
   Slice run(size_t calls) const {
     Slice slice;
-    transmit(socket, &calls, sizeof calls);
-    require(receive(socket, &slice, sizeof slice), "a fresh process");
+    transmit(socket_, &calls, sizeof calls);
+    require(receive(socket_, &slice, sizeof slice), "a fresh process");
     return slice;
   }
 
  private:
-  pid_t child;
-  int socket;
+  pid_t child_;
+  int socket_;
 };
 
 }  // namespace

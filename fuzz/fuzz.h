@@ -161,14 +161,14 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
 class Input {
  public:
   Input(const std::uint8_t* data, size_t size)
-      : bytes(data, data + size), form(number(3)), repeats(number(256)) {
+      : bytes_(data, data + size), form_(number(3)), repeats_(number(256)) {
     messages.clear();
     failed_checks = 0;
   }
 
   unsigned number(unsigned limit) {
-    const unsigned value = bytes.empty() ? 0 : static_cast<unsigned char>(bytes.front());
-    bytes.erase(0, 1);
+    const unsigned value = bytes_.empty() ? 0 : static_cast<unsigned char>(bytes_.front());
+    bytes_.erase(0, 1);
     return value % limit;
   }
 
@@ -191,16 +191,16 @@ class Input {
   // Bytes as they come; or taken as UTF-8 and converted to `from`, without what that lacks, or what
   // `to` lacks as well. Repeats let a short input fill many chunks.
   std::string text(const char* from, const char* to, unsigned most = 16) {
-    if (form == 2) convert_text("UTF-8", to, bytes, bytes, false);
-    if (form != 0) convert_text(form == 2 ? to : "UTF-8", from, bytes, bytes, false);
-    std::string repeated = bytes;
-    for (unsigned i = 0; i < repeats % most; ++i) repeated += bytes;
+    if (form_ == 2) convert_text("UTF-8", to, bytes_, bytes_, false);
+    if (form_ != 0) convert_text(form_ == 2 ? to : "UTF-8", from, bytes_, bytes_, false);
+    std::string repeated = bytes_;
+    for (unsigned i = 0; i < repeats_ % most; ++i) repeated += bytes_;
     return repeated;
   }
 
  private:
-  std::string bytes;
-  unsigned form, repeats;
+  std::string bytes_;
+  unsigned form_, repeats_;
 };
 
 }  // namespace fuzz

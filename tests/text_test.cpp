@@ -46,14 +46,14 @@ class Unicode : public testing::Test {
   void SetUp() override {
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setToUCallBack(
-        utf8.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+        utf8_.getAlias(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   }
 
   // Returns whether the text is well-formed.
   bool expect_as_icu(const std::string& text) {
     UErrorCode status = U_ZERO_ERROR;
     UChar units[64];
-    const auto count = static_cast<size_t>(ucnv_toUChars(utf8.getAlias(), units, std::size(units),
+    const auto count = static_cast<size_t>(ucnv_toUChars(utf8_.getAlias(), units, std::size(units),
         text.data(), static_cast<int>(text.size()), &status));
     const bool is_valid = U_SUCCESS(status);
     const text::Bytes bytes = text::as_bytes(text);
@@ -76,8 +76,8 @@ class Unicode : public testing::Test {
   }
 
  private:
-  UErrorCode opened = U_ZERO_ERROR;
-  icu::LocalUConverterPointer utf8{ucnv_open("UTF-8", &opened)};
+  UErrorCode opened_ = U_ZERO_ERROR;
+  icu::LocalUConverterPointer utf8_{ucnv_open("UTF-8", &opened_)};
 };
 
 TEST_F(Unicode, EveryCharacterIsAsIcuHasIt) {

@@ -193,13 +193,13 @@ namespace exercise {
 // FNV-1a.
 void Checksum::add(std::string_view bytes) {
   for (const char byte : bytes) {
-    value = (value ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+    value_ = (value_ ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
   }
   add(static_cast<std::int64_t>(bytes.size()));
 }
 
 void Checksum::add(std::int64_t number) {
-  value = (value ^ static_cast<std::uint64_t>(number)) * 0x100000001b3;
+  value_ = (value_ ^ static_cast<std::uint64_t>(number)) * 0x100000001b3;
 }
 
 struct Charsets::Call {
@@ -211,18 +211,18 @@ struct Charsets::Call {
   Results results;
 };
 
-Charsets::Charsets() : utf8(-1), mutexes(static_cast<size_t>(ucnv_countAvailable())) {
+Charsets::Charsets() : utf8_(-1), mutexes_(static_cast<size_t>(ucnv_countAvailable())) {
   i18n_charset_t** const all = i18n_charset_open_all();
   for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) {
-    names.emplace_back(ucnv_getAvailableName(i));
-    first_names.push_back(static_cast<size_t>(std::find(all, all + i, all[i]) - all));
-    if (names.back() == "UTF-8") utf8 = i;
+    names_.emplace_back(ucnv_getAvailableName(i));
+    first_names_.push_back(static_cast<size_t>(std::find(all, all + i, all[i]) - all));
+    if (names_.back() == "UTF-8") utf8_ = i;
   }
-  if (utf8 < 0) throw std::runtime_error("ICU has no UTF-8");
+  if (utf8_ < 0) throw std::runtime_error("ICU has no UTF-8");
 }
 
 Results Charsets::exercise(int index) {
-  Call call = {index, get_name(index), open(index), open(utf8), {}, {}};
+  Call call = {index, get_name(index), open(index), open(utf8_), {}, {}};
   messages = &call.results.bytes;
   call.results.bytes.add(i18n_charset_get_name(call.charset));
   convert_from_and_to_utf8(call);
@@ -247,10 +247,10 @@ Results Charsets::exercise(int index) {
 
 // One thread at a time in the whole process.
 i18n_charset_t* Charsets::open(int index) {
-  const std::lock_guard<std::mutex> lock(registry);
+  const std::lock_guard<std::mutex> lock(registry_);
   i18n_charset_t* const charset = i18n_charset_open(get_name(index));
   if (i18n_charset_open_all()[index] != charset ||
-      (index == utf8 && i18n_charset_open_special(I18N_CHARSET_SPECIAL_UTF8) != charset)) {
+      (index == utf8_ && i18n_charset_open_special(I18N_CHARSET_SPECIAL_UTF8) != charset)) {
     throw std::runtime_error(std::string(get_name(index)) + " has two handles");
   }
   return charset;
@@ -258,10 +258,10 @@ i18n_charset_t* Charsets::open(int index) {
 
 // Two threads must not convert with one handle.
 std::pair<Charsets::Lock, Charsets::Lock> Charsets::lock_handles(int index, int other_index) {
-  const size_t handle = first_names[static_cast<size_t>(index)];
-  const size_t other_handle = first_names[static_cast<size_t>(other_index)];
-  Lock lock(mutexes[handle], std::defer_lock);
-  Lock other_lock(mutexes[other_handle], std::defer_lock);
+  const size_t handle = first_names_[static_cast<size_t>(index)];
+  const size_t other_handle = first_names_[static_cast<size_t>(other_index)];
+  Lock lock(mutexes_[handle], std::defer_lock);
+  Lock other_lock(mutexes_[other_handle], std::defer_lock);
   if (handle == other_handle) {
     lock.lock();
   } else {
@@ -271,7 +271,7 @@ std::pair<Charsets::Lock, Charsets::Lock> Charsets::lock_handles(int index, int 
 }
 
 void Charsets::convert_from_and_to_utf8(Call& call) {
-  const auto locks = lock_handles(call.index, utf8);
+  const auto locks = lock_handles(call.index, utf8_);
   Results& results = call.results;
   for (const std::string& text : texts) {
     const Conversion there = convert(call.utf8_charset, text, call.charset);
@@ -297,11 +297,11 @@ void Charsets::convert_from_and_to_utf8(Call& call) {
 // Without UTF-8, which all threads share, so that conversions run at once.
 void Charsets::convert_from_another(Call& call) {
   const int other = (call.index + size() - 1) % size();
-  if (call.index == utf8 || other == utf8) return;
+  if (call.index == utf8_ || other == utf8_) return;
   i18n_charset_t* const from = open(other);
   std::vector<std::string> encoded;
   {
-    const auto locks = lock_handles(other, utf8);
+    const auto locks = lock_handles(other, utf8_);
     for (const std::string& text : texts) {
       encoded.push_back(convert(call.utf8_charset, text, from).output);
     }

@@ -17,10 +17,10 @@ class Checksum {
   void add(std::string_view bytes);
   void add(const char* text) { add(std::string_view(text != nullptr ? text : "null")); }
   void add(std::int64_t number);
-  std::uint64_t get() const { return value; }
+  std::uint64_t get() const { return value_; }
 
  private:
-  std::uint64_t value = 0xcbf29ce484222325;
+  std::uint64_t value_ = 0xcbf29ce484222325;
 };
 
 struct Results {
@@ -33,8 +33,8 @@ class Charsets {
  public:
   Charsets();
 
-  int size() const { return static_cast<int>(names.size()); }
-  const char* get_name(int index) const { return names[static_cast<size_t>(index)].c_str(); }
+  int size() const { return static_cast<int>(names_.size()); }
+  const char* get_name(int index) const { return names_[static_cast<size_t>(index)].c_str(); }
 
   // Calls everything for a charset. Several threads may do so at once, for the same charset as
   // well: what the thread rules of the library forbid waits.
@@ -48,11 +48,11 @@ class Charsets {
   void convert_from_and_to_utf8(Call& call);
   void convert_from_another(Call& call);
 
-  std::vector<std::string> names;
-  int utf8;
-  std::mutex registry;
-  std::vector<size_t> first_names;  // of each name, the first one that has the same handle
-  std::vector<std::mutex> mutexes;  // for the handles, by their first names
+  std::vector<std::string> names_;
+  int utf8_;
+  std::mutex registry_;
+  std::vector<size_t> first_names_;  // of each name, the first one that has the same handle
+  std::vector<std::mutex> mutexes_;  // for the handles, by their first names
 };
 
 }  // namespace exercise

@@ -42,68 +42,69 @@ Memory measure() {
 // In each round every charset is taken once, by whichever thread comes first.
 class Soak {
  public:
-  explicit Soak(int limit) : minutes(limit), expected(static_cast<size_t>(charsets.size())) {}
+  explicit Soak(int minutes)
+      : minutes_(minutes), expected_(static_cast<size_t>(charsets_.size())) {}
 
   bool run() {
     std::vector<std::thread> threads;
     threads.reserve(thread_count);
     for (int i = 0; i < thread_count; ++i) threads.emplace_back([this] { work(); });
     for (std::thread& thread : threads) thread.join();
-    return !failed;
+    return !failed_;
   }
 
  private:
   void work() {
-    while (!ended) {
-      for (int i = next++; i < charsets.size(); i = next++) {
-        const exercise::Results results = charsets.exercise(i);
+    while (!ended_) {
+      for (int i = next_++; i < charsets_.size(); i = next_++) {
+        const exercise::Results results = charsets_.exercise(i);
         const Sums sums(results.bytes.get(), results.text.get());
-        Sums& known = expected[static_cast<size_t>(i)];
-        if (rounds == 0) known = sums;
-        if (sums != known && !failed.exchange(true)) {
-          std::printf("%s: other results than in the first round\n", charsets.get_name(i));
+        Sums& known = expected_[static_cast<size_t>(i)];
+        if (rounds_ == 0) known = sums;
+        if (sums != known && !failed_.exchange(true)) {
+          std::printf("%s: other results than in the first round\n", charsets_.get_name(i));
         }
       }
-      end_of_round.arrive_and_wait();
+      end_of_round_.arrive_and_wait();
     }
   }
 
   // No other thread runs meanwhile.
   void close_round() noexcept {
-    ++rounds;
-    next = 0;
-    if (minutes == 0) ended = true;
-    if (Clock::now() - start < std::chrono::minutes(minute + 1)) return;
-    ++minute;
+    ++rounds_;
+    next_ = 0;
+    if (minutes_ == 0) ended_ = true;
+    if (Clock::now() - start_ < std::chrono::minutes(minute_ + 1)) return;
+    ++minute_;
     const Memory now = measure();
-    std::printf("minute %3d: %6d rounds, %9zu bytes in use, %6zu KiB resident\n", minute, rounds,
+    std::printf("minute %3d: %6d rounds, %9zu bytes in use, %6zu KiB resident\n", minute_, rounds_,
                 now.in_use, now.resident / 1024);
-    if (minute == 1) first = now;
-    if (now.in_use > first.in_use + in_use_slack ||
-        now.resident > first.resident + resident_slack) {
+    if (minute_ == 1) first_ = now;
+    if (now.in_use > first_.in_use + in_use_slack ||
+        now.resident > first_.resident + resident_slack) {
       std::printf("memory grows\n");
-      failed = true;
+      failed_ = true;
     }
-    if (minute == minutes) ended = true;
+    if (minute_ == minutes_) ended_ = true;
   }
 
   static constexpr size_t in_use_slack = 1024;
   static constexpr size_t resident_slack = 4 << 20;
 
-  const int minutes;
-  exercise::Charsets charsets;
-  std::vector<Sums> expected;
-  const Clock::time_point start = Clock::now();
-  Memory first = {};
-  int minute = 0, rounds = 0;
-  std::atomic<int> next = 0;
-  std::atomic<bool> ended = false, failed = false;
+  const int minutes_;
+  exercise::Charsets charsets_;
+  std::vector<Sums> expected_;
+  const Clock::time_point start_ = Clock::now();
+  Memory first_ = {};
+  int minute_ = 0, rounds_ = 0;
+  std::atomic<int> next_ = 0;
+  std::atomic<bool> ended_ = false, failed_ = false;
 
   struct Closer {
     Soak* soak;
     void operator()() const noexcept { soak->close_round(); }
   };
-  std::barrier<Closer> end_of_round{thread_count, Closer{this}};
+  std::barrier<Closer> end_of_round_{thread_count, Closer{this}};
 };
 
 }  // namespace
