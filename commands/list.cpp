@@ -52,8 +52,7 @@ std::string list_charsets() {
   std::ranges::sort(lines, [](const std::string& left, const std::string& right) {
     return strcasecmp(left.c_str(), right.c_str()) < 0;
   });
-  const auto same = std::ranges::unique(lines);
-  lines.erase(same.begin(), same.end());
+  lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
   std::string list;
   for (const std::string& line : lines) list += line;
   return list;
