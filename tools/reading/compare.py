@@ -25,9 +25,9 @@ JARS = "/usr/share/java/javax.mail.jar:/usr/share/java/javax.activation.jar"
 FUNCTIONS = {
     "subject": "header",
     "to": "addresses",
-    "filename": "parameter",
+    "filename": "attachment",
     "text": "text",
-    "data": "data",
+    "data": "multipart",
 }
 # Readers that have no function for the rest.
 ONLY = {"PHP iconv": ["subject"], "PHP mbstring": ["subject"]}

@@ -26,7 +26,7 @@ MAILS = {
     "name-with-blanks": {"to": [[" Jürgen  Klein ", "j@example.org"]]},
     "name-with-comma": {"to": [["Klein, Jürgen", "j@example.org"]]},
     "part": {"text": "Hello\n"},
-    "shift-jis": {"subject": "\\", "to": [["\\", "j@example.org"]]},
+    "shift-jis": {"subject": "\\", "to": [["\\", "j@example.org"]], "text": "\\\n"},
     "windows-1252": {"subject": "€", "to": [["€", "e@example.org"]], "text": "€\n"},
 }
 
@@ -174,7 +174,7 @@ FAULTS = [
           in_text(lambda name: name.strip(" \t"))),
     Fault("GMime", "to", "shows a domain in Unicode",
           "domain", [[["", "b@bücher.example"]]], in_addresses(unicode_domain)),
-    Fault("GMime", "subject to", YEN, "shift-jis", ["¥", [["¥", "j@example.org"]]],
+    Fault("GMime", "subject to text", YEN, "shift-jis", ["¥", [["¥", "j@example.org"]], "¥\n"],
           in_charsets("Shift_JIS".__eq__, in_text(YenOrBackslash))),
     Fault("mblaze", "to", "makes one blank of several in a name, and drops those around it",
           "name-with-blanks", [[["Jürgen Klein", "j@example.org"]]],

@@ -34,6 +34,9 @@ static void put(FILE* file, const char* before, char* result, const char* after,
 
 static void make_mail(const char** cursor) {
   enum { MOST = 8 };
+  static const char references[] =
+      "<0123456789abcdef0123456789abcdef@example.org> "
+      "<0123456789abcdef0123456789abcdef@example.net>";
   i18n_mail_address_t items[MOST];
   i18n_mail_error_t error;
   const char* path = next_string(cursor).bytes;
@@ -54,19 +57,22 @@ static void make_mail(const char** cursor) {
       &error);
   put(file, "", i18n_mail_header("Subject", subject.bytes, subject.length, NULL, charset, &error),
       "\r\n", path, &error);
+  put(file, "", i18n_mail_date("Date", 1795438800, 60, &error), "\r\n", path, &error);
+  put(file, "", i18n_mail_message_id("example.org", &error), "\r\n", path, &error);
+  put(file, "", i18n_mail_structured("References", references, &error), "\r\n", path, &error);
+  char* part =
+      i18n_mail_text("plain; format=fixed", text.bytes, text.length, NULL, charset, &error);
   if (strcmp(next_string(cursor).bytes, "plain") == 0) {
-    put(file, "", i18n_mail_text("plain", text.bytes, text.length, NULL, charset, &error), "", path,
-        &error);
+    put(file, "", part, "", path, &error);
   } else {
     string_t name = next_string(cursor);
     string_t data = next_string(cursor);
-    put(file, "Content-Type: multipart/mixed; boundary=\"=_next\"\r\n\r\n--=_next\r\n",
-        i18n_mail_text("plain", text.bytes, text.length, NULL, charset, &error),
-        "\r\n--=_next\r\nContent-Disposition: attachment", path, &error);
-    put(file, "", i18n_mail_parameter("filename", name.bytes, name.length, NULL, &error), "\r\n",
-        path, &error);
-    put(file, "", i18n_mail_data("application/octet-stream", data.bytes, data.length, &error),
-        "\r\n--=_next--\r\n", path, &error);
+    char* attachment = i18n_mail_attachment("application/octet-stream", name.bytes, name.length,
+                                            NULL, data.bytes, data.length, &error);
+    const char* parts[] = {part, attachment};
+    put(file, "", i18n_mail_multipart("mixed", parts, 2, &error), "", path, &error);
+    i18n_mail_free(part);
+    i18n_mail_free(attachment);
   }
   fclose(file);
 }

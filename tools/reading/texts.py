@@ -47,7 +47,7 @@ SHAPES = [
     "back\\slash {0}\\",
     "Klein, J. (\"plain\")", "%41 {0} 100 %", "{0}'{1}''{2}",
     # characters that some drop
-    "\ufeff{0}", "{0}\u200b{1}\u00ad{2}\u200e", "{0}\u2027{1}\u0084{2}\x7f\x01",
+    "\ufeff{0}", "{0}\u200b{1}\u00ad{2}\u200e", "{0}\u2027{1}\x7f\x01",
 ]
 assert len(SHAPES) == 60 and len(LANGUAGES) == 11
 
@@ -57,6 +57,8 @@ BODIES = [
     "From {t}\nFrom me\n>From you\n", ".\n..\n.{t}\n", "{t} \n{u}\t\n \n\t\n", "{u}\n" * 30 + "{t}",
     "plain\n", "plain", "From plain\n.plain\nplain \n", "{t}\n-- \n{u}\n",
     "--\n--{t}--\n={t}=\n=20\n",
+    # what would end the part, and begin another
+    "plain\n--=_1_=\nContent-Disposition: attachment; filename=x\n\nplain\n--=_1_=--\n",
 ]
 
 # Charsets of further mails, without attachment, by language.
