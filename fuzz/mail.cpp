@@ -176,7 +176,7 @@ std::string end_lines(const std::string& text) {
   return lines.empty() || lines.ends_with("\r\n") ? lines : lines + "\r\n";
 }
 
-std::string decode_body(Text encoding, Text body) {
+std::string decode_body(Text encoding, Text body, bool with_escapes) {
   std::string bytes;
   check(body.empty() || body.ends_with("\r\n"), "bodies end with a line end");
   if (body.empty()) return bytes;
@@ -190,7 +190,10 @@ std::string decode_body(Text encoding, Text body) {
     check(!line.ends_with(' ') && !line.ends_with('\t'), "lines do not end in blanks");
     check(!line.starts_with("From ") && !line.starts_with('.') && !line.starts_with("--"),
           "lines begin with no mark");
-    for (const char c : line) check(is_shown(c) || (c == '\t' && encoding == "7bit"), "a control");
+    for (const char c : line) {
+      const bool is_allowed = c == '\t' || (with_escapes && c == '\x1B');
+      check(is_shown(c) || (is_allowed && encoding == "7bit"), "a control");
+    }
     const bool is_soft = encoding != "7bit" && line.ends_with('=');
     if (is_soft) line.remove_suffix(1);
     bytes += encoding == "7bit" ? std::string(line) : decode_q(line);
@@ -209,7 +212,8 @@ void check_part(const std::string& part, const std::string& type, const std::str
   check(head.starts_with(begin) && end != head.npos, "a part's head");
   const Text encoding = head.substr(end + mark.size());
   const size_t charset = head.find("charset=") + 8;
-  const std::string decoded = decode_body(encoding, body);
+  const bool with_escapes = is_text && head.find("charset=ISO-2022-JP") != head.npos;
+  const std::string decoded = decode_body(encoding, body, with_escapes);
   if (!is_text) {
     check(encoding == "base64" && decoded == bytes, "data");
     check(head.substr(begin.size()).starts_with(';') == (type.find(';') != type.npos), "a type");
