@@ -20,9 +20,11 @@ class HeaderText {
   bool convert(const text::Charset& from, const text::Charset& to);
 
   Bytes get() const { return text_; }
-  bool is_utf8() const { return marks_.empty(); }
+  bool is_utf8() const { return kind_ == Kind::kUtf8; }
+  bool is_single_byte() const { return kind_ == Kind::kSingleByte; }
   bool continues_character(size_t at) const {
-    return marks_.empty() ? text::continues_character(text_[at]) : marks_[at] == 0;
+    if (is_single_byte()) return false;
+    return is_utf8() ? text::continues_character(text_[at]) : marks_[at] == 0;
   }
   // Where the character ends that begins there.
   size_t end_character(size_t at) const {
@@ -34,9 +36,16 @@ class HeaderText {
   text::Reach reach_units(size_t begin, size_t max_units) const;
 
  private:
+  enum class Kind { kUtf8, kSingleByte, kMarked };
+
+  bool convert_single_bytes(const text::Table& table);
+  bool convert_and_mark(const text::Table& table);
+
   Bytes text_;
+  Kind kind_ = Kind::kUtf8;
   std::vector<unsigned char> utf8_, bytes_;
-  // For each byte the number of UTF-16 units of the character that it begins, if it begins one.
+  // Where characters have several bytes: for each byte the number of UTF-16 units of the character
+  // that it begins, if it begins one.
   std::vector<unsigned char> marks_;
 };
 

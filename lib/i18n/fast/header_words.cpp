@@ -80,13 +80,13 @@ class QWords {
     output_.take_up_to(put(out, {forms, size}));
   }
 
-  // Characters of UTF-8.
-  void append_characters(Bytes bytes) {
+  // Characters of UTF-8, or of one byte each.
+  void append_characters(Bytes bytes, bool is_utf8) {
     char forms[transfer::escape_size * i18n::chunk_bytes + transfer::form_slack];
     const char* next = forms;
     size_t left = put_forms(forms, bytes);
     while (left > room_) {
-      const size_t size = cut_characters(next, room_);
+      const size_t size = is_utf8 ? cut_characters(next, room_) : transfer::cut_forms(next, room_);
       char* const out = output_.get_room(size + fold_.get_whole().size());
       output_.take_up_to(put_fold(put(out, {next, size})));
       next += size;
@@ -143,8 +143,8 @@ bool put_q_words(const HeaderText& text, const char* charset, const char* table,
     const Bytes chunk = chunks.get_chunk();
     const size_t first_run = chunks.get_first_run();
     if (first_run != 0) words.append_whole(chunk.first(first_run));
-    if (text.is_utf8()) {
-      words.append_characters(chunk.subspan(first_run));
+    if (text.is_utf8() || text.is_single_byte()) {
+      words.append_characters(chunk.subspan(first_run), text.is_utf8());
       continue;
     }
     const size_t end = chunks.get_begin() + chunk.size();

@@ -95,6 +95,8 @@ Progress Table::to_utf8(Bytes text, unsigned char* const out_begin, size_t room)
     return Progress{static_cast<size_t>(in - text.data()), static_cast<size_t>(out - out_begin),
                     why};
   };
+  // Copies, as what is written could lie anywhere for all that the compiler knows.
+  const Node* const nodes = nodes_.data();
   while (in != in_end) {
     if (begins_with_ascii_word(in, in_end)) {
       const auto most = static_cast<size_t>(std::min(in_end - in, out_end - out));
@@ -103,11 +105,28 @@ Progress Table::to_utf8(Bytes text, unsigned char* const out_begin, size_t room)
       out += run;
       if (in == in_end) break;
     }
+    if (is_single_byte()) {
+      const auto sure = std::min<std::ptrdiff_t>({in_end - in, (out_end - out) / 4, 32});
+      const unsigned char* const sure_end = in + sure;
+      for (; in != sure_end; ++in) {
+        const Entry entry = nodes[0][*in];
+        if (entry == refused) return stop(Stop::kRefused);
+        store_low_first(out, entry);
+        out += entry >> mark_shift;
+      }
+      if (sure != 0) continue;
+    }
     // Some characters, before the next look for a run.
     const unsigned char* const piece_end = in + std::min<std::ptrdiff_t>(in_end - in, 16);
     do {
-      Entry entry;
-      const size_t size = read_character({in, in_end}, entry);
+      Entry entry = nodes[0][*in];
+      size_t size = 1;
+      if (entry >> mark_shift == lead_mark && in_end - in > 1) {
+        entry = nodes[entry & 0xffffff][in[1]];
+        size = 2;
+      }
+      const bool goes_on = entry >> mark_shift == lead_mark || entry >> mark_shift == four_mark;
+      if (goes_on) size = read_character({in, in_end}, entry);
       const size_t utf8_size = get_utf8_size(entry);
       if (utf8_size == 0) return stop(Stop::kRefused);
       if (static_cast<size_t>(out_end - out) >= entry_size) {
@@ -185,10 +204,13 @@ class Table::Writer {
 
   // Both stop at what has no code.
   void put_bytes(const char16_t*& unit, const char16_t* end) {
+    // Copies, as what is written could lie anywhere for all that the compiler knows.
     unsigned char* out = out_;
     const char16_t* at = unit;
+    const std::uint16_t* const numbers = table_.page_numbers_.data();
+    const Page<std::uint16_t>* const pages = table_.short_pages_.data();
     for (; at < end; ++at) {
-      const auto code = table_.look_up<std::uint16_t>(*at);
+      const std::uint16_t code = pages[numbers[*at / page_size]][*at % page_size];
       if (static_cast<std::uint16_t>(code - 1) >= 0xff) break;
       *out++ = static_cast<unsigned char>(code);
     }
@@ -199,8 +221,10 @@ class Table::Writer {
   void put_codes(const char16_t*& unit, const char16_t* end) {
     unsigned char* out = out_;
     const char16_t* at = unit;
+    const std::uint16_t* const numbers = table_.page_numbers_.data();
+    const Page<Code>* const pages = table_.pages<Code>().data();
     for (; at < end; ++at) {
-      const auto code = table_.look_up<Code>(*at);
+      const Code code = pages[numbers[*at / page_size]][*at % page_size];
       if (code == no_code<Code> || code == drop_code<Code>) break;
       out = put_code(out, code);
     }

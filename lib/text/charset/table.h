@@ -41,6 +41,9 @@ class Table {
   static constexpr size_t most_utf8_per_byte = 3;
   size_t most_bytes_per_utf8_byte() const { return most_bytes_per_utf8_byte_; }
 
+  // Whether every character is one byte.
+  bool is_single_byte() const { return nodes_.size() == 1; }
+
   // The bytes of a character, which are none where the tables have none.
   struct Code {
     size_t size;
