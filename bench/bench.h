@@ -59,6 +59,7 @@ extern const Work converted_base64_body, converted_quoted_printable_body;
 extern const Work b_header, q_header;
 extern const Work iconv_easy, iconv_easy_ex;
 extern const Work mail_header, mail_text;
+extern const Work pieces_beside_icu, pieces_beside_iconv;  // open converters
 
 // References. Converters are opened when the function is made.
 Output encode_base64_lines(const std::string& text);       // modp_b64, a line at a time

@@ -51,6 +51,13 @@ inline const std::vector<Row> rows = {
     {mail_header, kJapanese, "UTF-8", "UTF-8", {{40, .9}, {4096, .9}}},
     {mail_text, kGerman, "UTF-8", "UTF-8", {{4096, .9}, {mib, .9}}},
     {mail_text, kJapanese, "UTF-8", "UTF-8", {{4096, .9}, {mib, .9}}},
+    {pieces_beside_icu, kGerman, "UTF-8", "ISO-8859-1", {{mib, 1.0}}},
+    {pieces_beside_icu, kJapanese, "Shift_JIS", "UTF-8", {{mib, 1.0}}},
+    {pieces_beside_icu, kJapanese, "UTF-8", "GB18030", {{mib, 1.0}}},
+    {pieces_beside_icu, kJapanese, "ISO-2022-JP", "UTF-8", {{mib, 1.15}}},
+    {pieces_beside_iconv, kGerman, "UTF-8", "ISO-8859-1", {{mib, .5}}},
+    {pieces_beside_iconv, kJapanese, "Shift_JIS", "UTF-8", {{mib, .5}}},
+    {pieces_beside_iconv, kJapanese, "UTF-8", "GB18030", {{mib, .5}}},
 };
 
 // Each side in a process that does nothing else, so that its heap is as its own calls leave it.
