@@ -128,6 +128,12 @@ def other_mails(chance):
                                                      ("", "root@[192.0.2.1]")], text("Hello\n"))
     yield Mail("ASCII with what looks like a part", "Plain", [("", "a@example.org")],
                multipart("mixed", text(PLAIN_BODY), text("--=_2_=\n", "text/x-log")))
+    yield Mail("what looks like words and addresses", '=?UTF-8?Q?Hello?= "a" (b) \\ <c@d>',
+               [('Dr. "J" (Klein), \\ <x@y>', "a@example.org"),
+                ("=?utf-8?q?victim=40evil.example=2C?=", "b@example.org"),
+                ("e@evil.example, f; g:", "c@example.org")],
+               multipart("mixed", text("=?UTF-8?Q?Hello?=\n"),
+                         attach('=?UTF-8?Q?a?= "b\\c";.txt', b"x")))
     yield Mail("long plain lines", "x" * 200, [("y" * 200, "a@example.org")], text("z" * 5000))
     yield Mail("ISO-2022-JP in 7bit", "会議のお知らせ", [("山田、太郎", "a@example.org")],
                text("会議は明日です。\nよろしくお願いします\n", charset="ISO-2022-JP"),

@@ -59,9 +59,12 @@ def leaves(node, path=()):
 
 def parameters(pairs):
     """Those of a type or disposition, decoded as RFC 2231 says where Dovecot leaves that."""
-    items = [("", ""), *zip(pairs[::2], pairs[1::2])]
-    return {name.lower(): email.utils.collapse_rfc2231_value(value).strip('"')
-            for name, value in email.utils.decode_params(items)}
+    found = {}
+    for name, value in email.utils.decode_params([("", ""), *zip(pairs[::2], pairs[1::2])]):
+        if isinstance(value, tuple):
+            value = (*value[:2], email.utils.unquote(value[2]))
+        found[name.lower()] = email.utils.collapse_rfc2231_value(value)
+    return found
 
 
 def read(folder, mails):

@@ -6,10 +6,13 @@ from typing import Any, Callable, NamedTuple
 
 from mails import Mail, text
 
+QUOTES = 'Dr. "J" (Klein), \\ <x@y>'
+
 BY_HAND = [
     Mail("by hand", "Hello", [("Doe", '"john doe"@example.org')], text("Hello\n"),
          by_hand="quoted-local-part"),
     Mail("by hand", "Hello", [("", "a@example.org")], text("Hello\n"), by_hand="ascii-in-base64"),
+    Mail("by hand", "Hello", [(QUOTES, "a@example.org")], text("Hello\n"), by_hand="quotes"),
 ]
 
 
@@ -34,6 +37,10 @@ def has_blank_in_local_part(mail):
     return any(" " in address for _, address in mail.to)
 
 
+def has_quotes_in_name(mail):
+    return any('"' in name or "\\" in name for name, _ in mail.to)
+
+
 def has_ascii_text_in_base64(mail):
     return any(part.content.isascii() and part.content.startswith("--") for part in mail.texts())
 
@@ -48,6 +55,10 @@ TOLD = [
          " writes one where that is the shortest: where many lines begin with two hyphens, or much"
          " is `=` or control characters",
          "ascii-in-base64", None, has_ascii_text_in_base64),
+    Told("Dovecot", "search", "searches names as they stand in quotes, with the backslashes in them",
+         "quotes", [["TO", QUOTES]], has_quotes_in_name),
+    Told("mutt", "to", "drops quotes and backslashes in a name",
+         "quotes", [["Dr. J (Klein),  <x@y>", "a@example.org"]], has_quotes_in_name),
 ]
 
 
