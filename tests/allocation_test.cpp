@@ -168,11 +168,12 @@ TEST(OutOfMemory, LeavesWhatHandlesHold) {
       {leave_a_shift, {"from", [] { return convert("SCSU", "a\xe9", "US-ASCII"); }}},
       {leave_a_shift, {"from, reset", [] { return convert_easy("SCSU", "a", "UTF-16"); }}},
   };
-  for (const auto& [leave, call] : cases) {
-    const auto prepare = [&] {
+  for (const auto& one : cases) {
+    const Call& call = one.second;
+    const auto prepare = [&one] {
       convert_easy("UTF-8", "", "UTF-8");
       convert_easy("SCSU", "", "US-ASCII");
-      leave();
+      one.first();
     };
     prepare();
     const std::string expected = run(call, no_limit);

@@ -53,10 +53,11 @@ std::string encode_chosen(const char* from, const char* to) {
   return text + target.text + std::to_string(encoding);
 }
 
-template <class Chosen>
-std::string encode_default(Chosen encode) {
+// From the default charset.
+template <auto encode, auto... arguments>
+std::string encode_default() {
   set_default_charset("shift_jis");
-  return take(encode());
+  return take(encode(sjis, arguments...));
 }
 
 }  // namespace
@@ -96,6 +97,12 @@ std::string make_mail(Make make) {
   char* result = make(&error);
   if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
   return result != nullptr ? take(result) : i18n_mail_status_text(error.status);
+}
+
+// A function that makes a mail in this way.
+template <class Make>
+constexpr auto mail(Make) {
+  return [] { return make_mail(Make()); };
 }
 
 std::string convert_whole(const char* from, const char* to, std::string_view text) {
@@ -175,92 +182,54 @@ constexpr Call calls[] = {
           return take(i18n_mime_encode_header(german.data(), "UTF-8", "ISO-8859-15", .5)) +
                  take(i18n_mime_encode_header(sjis, "sjis", nullptr, .5));
         }},
-    {"i18n_mime_easy_encode",
-        [] {
-          return encode_default([] { return i18n_mime_easy_encode(sjis, .5, nullptr, nullptr); });
-        }},
-    {"i18n_mime_easy_encode_header",
-        [] { return encode_default([] { return i18n_mime_easy_encode_header(sjis, .5); }); }},
-    {"i18n_mime_easy_encode_header_qp",
-        [] { return encode_default([] { return i18n_mime_easy_encode_header_qp(sjis); }); }},
-    {"i18n_mime_easy_encode_header_b64",
-        [] { return encode_default([] { return i18n_mime_easy_encode_header_b64(sjis); }); }},
+    {"i18n_mime_easy_encode", encode_default<i18n_mime_easy_encode, 1, nullptr, nullptr>},
+    {"i18n_mime_easy_encode_header", encode_default<i18n_mime_easy_encode_header, 1>},
+    {"i18n_mime_easy_encode_header_qp", encode_default<i18n_mime_easy_encode_header_qp>},
+    {"i18n_mime_easy_encode_header_b64", encode_default<i18n_mime_easy_encode_header_b64>},
     {"i18n_mime_get_body_to_charset_name",
         [] { return std::string(i18n_mime_get_body_to_charset_name("S-JIS")); }},
     {"i18n_mime_get_header_to_charset_name",
         [] { return std::string(i18n_mime_get_header_to_charset_name("Shift_JIS")); }},
     {"i18n_mime_transform_charset_name",
         [] { return take(i18n_mime_transform_charset_name("A-longer-name-than-strings-hold")); }},
-    {"i18n_mail_header",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_header(
-                "Subject", german.data(), header_size, "UTF-8", "ISO-8859-15", error);
-          });
-        }},
-    {"i18n_mail_header, characters that belong together",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            const std::string_view family = "\U0001F468\u200D\U0001F469\u200D\U0001F467\U0001F468";
-            return i18n_mail_header(
-                "Subject", family.data(), family.size(), "utf8", nullptr, error);
-          });
-        }},
-    {"i18n_mail_header, lacking",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_header(
-                "Subject", german.data(), header_size, nullptr, "TIS-620", error);
-          });
-        }},
-    {"i18n_mail_addresses",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            const i18n_mail_address_t items[] = {
-                {german.data(), header_size, "a@b"}, {"a", 1, "j@k\u00f6ln.example"}};
-            return i18n_mail_addresses("To", items, 2, "windows-1252", "windows-1252", error);
-          });
-        }},
-    {"i18n_mail_parameter",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_parameter("filename", sjis, sizeof sjis - 1, "Shift_JIS", error);
-          });
-        }},
-    {"i18n_mail_text",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_text(
-                "plain", japanese.data(), japanese.size() - 1, "UTF-8", "ISO-2022-JP", error);
-          });
-        }},
-    {"i18n_mail_data",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_data("a/b; c=d", japanese.data(), japanese.size(), error);
-          });
-        }},
-    {"i18n_mail_attachment",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            return i18n_mail_attachment(
-                "a/b", sjis, sizeof sjis - 1, "Shift_JIS", japanese.data(), 100, error);
-          });
-        }},
-    {"i18n_mail_multipart",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            const char* const parts[] = {"A: b\r\n\r\n--=_1_=\r\n", "A: b\r\n"};
-            return i18n_mail_multipart("mixed; a=\"b c\"", parts, 2, error);
-          });
-        }},
-    {"i18n_mail_addresses_utf8",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            const i18n_mail_address_t item = {german.data(), 8, "\u00fc@xn--kln-sna.example"};
-            return i18n_mail_addresses_utf8("To", &item, 1, nullptr, nullptr, error);
-          });
-        }},
+    {"i18n_mail_header", mail([](auto* error) {
+       return i18n_mail_header(
+           "Subject", german.data(), header_size, "UTF-8", "ISO-8859-15", error);
+     })},
+    {"i18n_mail_header, characters that belong together", mail([](auto* error) {
+       const std::string_view family = "\U0001F468\u200D\U0001F469\u200D\U0001F467\U0001F468";
+       return i18n_mail_header("Subject", family.data(), family.size(), "utf8", nullptr, error);
+     })},
+    {"i18n_mail_header, lacking", mail([](auto* error) {
+       return i18n_mail_header("Subject", german.data(), header_size, nullptr, "TIS-620", error);
+     })},
+    {"i18n_mail_addresses", mail([](auto* error) {
+       const i18n_mail_address_t items[] = {
+           {german.data(), header_size, "a@b"}, {"a", 1, "j@k\u00f6ln.example"}};
+       return i18n_mail_addresses("To", items, 2, "windows-1252", "windows-1252", error);
+     })},
+    {"i18n_mail_parameter", mail([](auto* error) {
+       return i18n_mail_parameter("filename", sjis, sizeof sjis - 1, "Shift_JIS", error);
+     })},
+    {"i18n_mail_text", mail([](auto* error) {
+       return i18n_mail_text(
+           "plain", japanese.data(), japanese.size() - 1, "UTF-8", "ISO-2022-JP", error);
+     })},
+    {"i18n_mail_data", mail([](auto* error) {
+       return i18n_mail_data("a/b; c=d", japanese.data(), japanese.size(), error);
+     })},
+    {"i18n_mail_attachment", mail([](auto* error) {
+       return i18n_mail_attachment(
+           "a/b", sjis, sizeof sjis - 1, "Shift_JIS", japanese.data(), 100, error);
+     })},
+    {"i18n_mail_multipart", mail([](auto* error) {
+       const char* const parts[] = {"A: b\r\n\r\n--=_1_=\r\n", "A: b\r\n"};
+       return i18n_mail_multipart("mixed; a=\"b c\"", parts, 2, error);
+     })},
+    {"i18n_mail_addresses_utf8", mail([](auto* error) {
+       const i18n_mail_address_t item = {german.data(), 8, "\u00fc@xn--kln-sna.example"};
+       return i18n_mail_addresses_utf8("To", &item, 1, nullptr, nullptr, error);
+     })},
     {"i18n_mail_parse_addresses",
         [] {
           const std::string_view list =
@@ -283,18 +252,11 @@ constexpr Call calls[] = {
           if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
           return std::to_string(error.status) + ' ' + std::to_string(error.position);
         }},
-    {"i18n_mail_structured",
-        [] {
-          return make_mail([](i18n_mail_error_t* error) {
-            const std::string value = repeat("<a@b> ", 30) + "<c@d>";
-            return i18n_mail_structured("References", value.c_str(), error);
-          });
-        }},
-    {"i18n_mail_date",
-        [] {
-          return make_mail(
-              [](i18n_mail_error_t* error) { return i18n_mail_date("Date", 0, 0, error); });
-        }},
+    {"i18n_mail_structured", mail([](auto* error) {
+       const std::string value = repeat("<a@b> ", 30) + "<c@d>";
+       return i18n_mail_structured("References", value.c_str(), error);
+     })},
+    {"i18n_mail_date", mail([](auto* error) { return i18n_mail_date("Date", 0, 0, error); })},
     {"i18n_mail_message_id",
         [] {
           return make_mail([](i18n_mail_error_t* error) {
