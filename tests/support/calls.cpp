@@ -177,15 +177,15 @@ constexpr Call calls[] = {
     {"i18n_mime_encode",
         [] { return encode_chosen("sjis", nullptr) + encode_chosen("KOI8-R", "UTF-8"); }},
     {"i18n_mime_encode, no target", [] { return encode_chosen("KOI8-R", nullptr); }},
+    {"i18n_mime_easy_encode_header_b64", encode_default<i18n_mime_easy_encode_header_b64>},
+    {"i18n_mime_easy_encode_header_qp", encode_default<i18n_mime_easy_encode_header_qp>},
+    {"i18n_mime_easy_encode_header", encode_default<i18n_mime_easy_encode_header, 1>},
+    {"i18n_mime_easy_encode", encode_default<i18n_mime_easy_encode, 1, nullptr, nullptr>},
     {"i18n_mime_encode_header",
         [] {
           return take(i18n_mime_encode_header(german.data(), "UTF-8", "ISO-8859-15", .5)) +
                  take(i18n_mime_encode_header(sjis, "sjis", nullptr, .5));
         }},
-    {"i18n_mime_easy_encode", encode_default<i18n_mime_easy_encode, 1, nullptr, nullptr>},
-    {"i18n_mime_easy_encode_header", encode_default<i18n_mime_easy_encode_header, 1>},
-    {"i18n_mime_easy_encode_header_qp", encode_default<i18n_mime_easy_encode_header_qp>},
-    {"i18n_mime_easy_encode_header_b64", encode_default<i18n_mime_easy_encode_header_b64>},
     {"i18n_mime_get_body_to_charset_name",
         [] { return std::string(i18n_mime_get_body_to_charset_name("S-JIS")); }},
     {"i18n_mime_get_header_to_charset_name",
