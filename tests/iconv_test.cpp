@@ -143,15 +143,22 @@ TEST(IconvEasyEx, TellsWhatFailedAndWhere) {
 }
 
 TEST(IconvEasyEx, AllocatesFourteenBytesAUnitAndOne) {
-  i18n_charset_t* utf8 = i18n_charset_open("UTF-8");
-  for (const size_t units : {1, 3, 700, 2000}) {
-    const std::string input(units, 'x');
-    char* output = nullptr;
-    size_t length, position;
-    i18n_iconv_easy_ex(utf8, input.data(), units, &position, utf8, &output, &length);
-    EXPECT_GE(malloc_usable_size(output), 14 * units + 1);
-    EXPECT_LT(malloc_usable_size(output), 14 * units + 40);
-    i18n_iconv_free(output);
+  convert("Shift_JIS", repeat("\x93\xfa", 1 << 20), "UTF-8");  // from then on by a table
+  for (const char* from : {"UTF-8", "ISO-8859-1", "Shift_JIS"}) {
+    for (const char* to : {"UTF-8", "EUC-JP"}) {
+      for (const size_t units : {1, 3, 700, 2000}) {
+        const std::string kanji = repeat("\x93\xfa", static_cast<int>(units));
+        const std::string input =
+            from == std::string_view("Shift_JIS") ? kanji : x(static_cast<int>(units));
+        char* output = nullptr;
+        size_t length, position;
+        i18n_iconv_easy_ex(i18n_charset_open(from), input.data(), input.size(), &position,
+            i18n_charset_open(to), &output, &length);
+        EXPECT_GE(malloc_usable_size(output), 14 * units + 1) << from << to;
+        EXPECT_LT(malloc_usable_size(output), 14 * units + 40) << from << to;
+        i18n_iconv_free(output);
+      }
+    }
   }
   // Too little for one text: the target begins every text with four bytes.
   EXPECT_EQ(convert("UTF-8", "a", "ISO-2022-KR"), Conversion(0, unset, "\x1b$)Ca"));

@@ -102,7 +102,7 @@ QORVII18N_EXPORT char* i18n_iconv_easy(const i18n_charset_t* from, const char* i
 /// @param to  The charset of the output.
 /// @param output  If *output is null, a buffer is allocated and stored there once the input has
 /// been read. It belongs to the caller (i18n_iconv_free()) after every return that stored it, -2
-/// and -4 included. It has at least 14 bytes for each UTF-16 unit of the text and one more, enough
+/// and -4 included. It has 14 bytes for each UTF-16 unit of the text and one more, enough
 /// for any text on its own, with one exception: the empty text to ISO-2022-KR, which puts four
 /// bytes in front of every text, gives -2 with a length of 1. Bytes held from an earlier failure
 /// need room, too. Otherwise *output is the buffer to fill.

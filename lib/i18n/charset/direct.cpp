@@ -1,6 +1,7 @@
 #include "charset/direct.h"
 
 #include <cstring>
+#include <utility>
 
 #include "text/charset/limits.h"
 #include "text/charset/route.h"
@@ -34,10 +35,11 @@ std::optional<Route> find_route(const i18n_charset_t& from, std::string_view inp
   return Route::find(get_charset(from), get_charset(to), input.size(), text::Invisible::kDropped);
 }
 
+// In a buffer of so many bytes for each unit that the text may have, and one byte.
 CString convert(const Route& route, Bytes bytes, size_t bytes_per_unit, size_t* length) {
-  const size_t units = route.count_units(bytes);
-  if (units > text::most_bytes_at_once / bytes_per_unit - 1) return nullptr;
-  const size_t room = bytes_per_unit * units;
+  const size_t most_units = route.count_units(bytes);
+  if (most_units > text::most_bytes_at_once / bytes_per_unit - 1) return nullptr;
+  const size_t room = bytes_per_unit * most_units;
   CString output = allocate_c_string(room + 1);
   const Progress progress =
       route.convert(bytes, reinterpret_cast<unsigned char*>(output.get()), room);
@@ -66,7 +68,12 @@ std::optional<size_t> convert(const Route& route, Bytes text, unsigned char* out
 CString convert_directly(const i18n_charset_t& from, std::string_view input,
                          const i18n_charset_t& to, size_t bytes_per_unit, size_t* length) {
   const auto route = find_route(from, input, to);
-  return route ? convert(*route, as_bytes(input), bytes_per_unit, length) : nullptr;
+  if (!route) return nullptr;
+  const Bytes text = as_bytes(input);
+  CString output = convert(*route, text, bytes_per_unit, length);
+  if (!output || route->counts_exactly()) return output;
+  const size_t units = route->count_units(text, as_bytes({output.get(), *length}));
+  return cut_c_string(std::move(output), bytes_per_unit * units + 1);
 }
 
 std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_view input,

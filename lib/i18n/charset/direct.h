@@ -13,8 +13,7 @@
 namespace i18n {
 
 // The converted text and its length, with a NUL behind it, in a buffer of so many bytes for each
-// UTF-16 unit of the text, which are four at least, and one byte. The buffer can be larger where
-// characters have two bytes or more in the charset that the text comes from.
+// UTF-16 unit of the text, which are four at least, and one byte.
 CString convert_directly(const i18n_charset_t& from, std::string_view input,
                          const i18n_charset_t& to, size_t bytes_per_unit, size_t* length);
 

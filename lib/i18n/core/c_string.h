@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace i18n {
 
@@ -20,13 +21,17 @@ inline CString allocate_c_string(size_t size) {
   return block;
 }
 
-// Gives memory beyond size back, where it is worth it and the heap can.
-inline CString shrink_c_string(CString block, size_t old_size, size_t size) {
-  if (old_size - size < old_size / 8) return block;
+// Gives memory beyond size back, where the heap can.
+inline CString cut_c_string(CString block, size_t size) {
   char* smaller = static_cast<char*>(std::realloc(block.get(), size));
   if (smaller == nullptr) return block;
   block.release();
   return CString(smaller);
+}
+
+// The same, where it is worth it.
+inline CString shrink_c_string(CString block, size_t old_size, size_t size) {
+  return old_size - size < old_size / 8 ? std::move(block) : cut_c_string(std::move(block), size);
 }
 
 inline CString copy_c_string(const char* text) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "text/charset/converter_types.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
@@ -36,12 +37,25 @@ std::optional<Route> Route::find(const Charset* from, const Charset* to, size_t 
 Route::Route(const Charset& from, const Charset& to, Invisible invisible)
     : from_utf8_(from.type() == UCNV_UTF8),
       to_utf8_(to.type() == UCNV_UTF8),
+      from_single_bytes_(is_single_byte(from.type())),
       from_latin1_(from.type() == UCNV_LATIN_1),
       to_latin1_(to.type() == UCNV_LATIN_1),
       invisible_(invisible) {}
 
 size_t Route::count_units(Bytes text) const {
   return from_utf8_ ? text::count_units(text) : text.size();
+}
+
+size_t Route::count_units(Bytes text, Bytes converted) const {
+  if (counts_exactly()) return count_units(text);
+  if (to_utf8_) return text::count_units(converted);
+  size_t units = 0;
+  for (unsigned char utf8[1024]; !text.empty();) {
+    const Progress progress = from_->to_utf8(text, utf8, sizeof utf8);
+    units += text::count_units({utf8, progress.written});
+    text = text.subspan(progress.read);
+  }
+  return units;
 }
 
 Progress Route::convert(Bytes text, unsigned char* out, size_t room) const {

@@ -24,6 +24,9 @@ class Route {
 
   // How many UTF-16 units the text has, or at most has where only conversion would tell.
   size_t count_units(Bytes text) const;
+  bool counts_exactly() const { return from_utf8_ || from_single_bytes_; }
+  // How many a text has that became this one.
+  size_t count_units(Bytes text, Bytes converted) const;
 
  private:
   Route(const Charset& from, const Charset& to, Invisible invisible);
@@ -32,6 +35,7 @@ class Route {
   Progress convert_by_utf8(Bytes text, unsigned char* out, size_t room) const;
 
   bool from_utf8_, to_utf8_;
+  bool from_single_bytes_;
   bool from_latin1_, to_latin1_;
   const Table* from_ = nullptr;  // null for UTF-8
   const Table* to_ = nullptr;
