@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <qorvii18n/i18n_mime.hpp>
 #include <string_view>
@@ -108,12 +109,10 @@ constexpr auto mail(Make) {
 std::string convert_whole(const char* from, const char* to, std::string_view text) {
   i18n_text_error_t error;
   size_t length;
-  char* const made = i18n_text_convert_all(from, to, text.data(), text.size(), &length, &error);
-  const std::string result =
-      made != nullptr ? std::string(made, length) : std::to_string(error.position);
-  i18n_text_free(made);
+  const std::unique_ptr<char, void (*)(char*)> made(
+      i18n_text_convert_all(from, to, text.data(), text.size(), &length, &error), i18n_text_free);
   if (error.status == I18N_TEXT_OUT_OF_MEMORY) throw std::bad_alloc();
-  return result;
+  return made ? std::string(made.get(), length) : std::to_string(error.position);
 }
 
 constexpr Call calls[] = {
@@ -236,12 +235,12 @@ constexpr Call calls[] = {
               "A\xfc \"B, c\" <\xfc@b>, d@k\xf6ln.example, (e) f@[1.2.3.4]";
           i18n_mail_error_t error;
           size_t count;
-          i18n_mail_address_t* items =
-              i18n_mail_parse_addresses(list.data(), list.size(), "latin1", &count, &error);
+          const std::unique_ptr<i18n_mail_address_t[], void (*)(void*)> items(
+              i18n_mail_parse_addresses(list.data(), list.size(), "latin1", &count, &error),
+              i18n_mail_free);
           if (error.status == I18N_MAIL_OUT_OF_MEMORY) throw std::bad_alloc();
           std::string all;
           for (size_t i = 0; i < count; ++i) all.append(items[i].name).append(items[i].address);
-          i18n_mail_free(items);
           return all;
         }},
     {"i18n_mail_parse_addresses, with a mistake",
