@@ -22,7 +22,7 @@ namespace {
 
 bool counting_fails;
 int failing_alias = -1;
-int lookups;
+std::atomic<int> lookups;
 std::function<void()> on_create, on_enter, on_open;  // a table, an entry, a converter
 
 // What fails in there fails here.
