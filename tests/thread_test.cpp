@@ -8,11 +8,14 @@
 #include <unicode/ucnv.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <latch>
+#include <stdexcept>
 #include <thread>
 
 #include "support/calls.h"
