@@ -1,26 +1,21 @@
 // Text in pieces, through the shared library: every case whole and cut everywhere, with any room.
 #include <qorvii18n/i18n_text.h>
 
-#include <functional>
 #include <memory>
-#include <ostream>
 #include <string_view>
 
 #include "support/testing.h"
 
-// What ended a text, without the status that is in the case.
-bool operator==(const i18n_text_error_t& left, const i18n_text_error_t& right) {
-  return std::tie(left.status, left.character, left.position, left.line, left.column) ==
-         std::tie(right.status, right.character, right.position, right.line, right.column);
-}
-void PrintTo(const i18n_text_error_t& error, std::ostream* out) {
-  *out << "status " << error.status << ", character " << error.character << ", position "
-       << error.position << ", line " << error.line << ", column " << error.column;
-}
-
 namespace {
 
 using namespace std::string_view_literals;
+
+// Status, character, position, line, column.
+using Error = std::tuple<i18n_text_status_t, uint32_t, uint64_t, uint64_t, uint64_t>;
+constexpr i18n_text_error_t not_filled = {I18N_TEXT_FULL, 7, 7, 7, 7};
+Error to_tuple(const i18n_text_error_t& error) {
+  return {error.status, error.character, error.position, error.line, error.column};
+}
 
 using Converter = std::unique_ptr<i18n_text_converter_t, decltype(&i18n_text_close)>;
 
@@ -34,7 +29,7 @@ Converter open(const char* from, const char* to) {
 struct Result {
   i18n_text_status_t status;
   std::string output;
-  i18n_text_error_t error;
+  Error error;
 };
 
 // One piece, converted with so much room a call.
@@ -52,6 +47,12 @@ i18n_text_status_t convert_piece(i18n_text_converter_t* converter, std::string_v
   }
 }
 
+Error get_error(const i18n_text_converter_t* converter) {
+  i18n_text_error_t error = not_filled;
+  i18n_text_get_error(converter, &error);
+  return to_tuple(error);
+}
+
 // In pieces that end at each multiple of a size, or one piece that is last.
 Result convert(
     i18n_text_converter_t* converter, std::string_view text, size_t piece_size, size_t room) {
@@ -64,25 +65,26 @@ Result convert(
   if (result.status == I18N_TEXT_OK) {
     result.status = convert_piece(converter, {}, true, room, result.output);
   }
-  i18n_text_get_error(converter, &result.error);
+  result.error = get_error(converter);
   return result;
 }
 
 struct Case {
   const char *from, *to;
   std::string_view text, output;
-  i18n_text_error_t error = {};
+  Error error = {};
 };
 
 void check(const Case& expected) {
   SCOPED_TRACE(testing::Message() << expected.from << " to " << expected.to << ": "
                                   << testing::PrintToString(expected.text.substr(0, 80)));
-  i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
+  i18n_text_error_t error = not_filled;
   size_t length = 77;
   char* const whole = i18n_text_convert_all(
       expected.from, expected.to, expected.text.data(), expected.text.size(), &length, &error);
-  EXPECT_EQ(error, expected.error);
-  if (expected.error.status == I18N_TEXT_OK) {
+  EXPECT_EQ(to_tuple(error), expected.error);
+  const i18n_text_status_t status = std::get<0>(expected.error);
+  if (status == I18N_TEXT_OK) {
     ASSERT_NE(whole, nullptr);
     EXPECT_EQ(std::string(whole, length + 1), std::string(expected.output) + '\0');
   } else {
@@ -97,7 +99,7 @@ void check(const Case& expected) {
     for (const size_t room : {4 * size + 300, size_t{1}, size_t{5}}) {
       const Result result = convert(converter.get(), expected.text, piece, room);
       EXPECT_EQ(std::tuple(result.status, result.output, result.error),
-          std::tuple(expected.error.status, expected.output, expected.error))
+          std::tuple(status, expected.output, expected.error))
           << "pieces of " << piece << ", room of " << room;
     }
   }
@@ -106,20 +108,13 @@ void check(const Case& expected) {
 constexpr auto invalid = I18N_TEXT_INVALID, incomplete = I18N_TEXT_INCOMPLETE,
                lacking = I18N_TEXT_LACKING;
 
+// The replay of fuzz inputs has every charset, beside ICU; here are those that need care.
 TEST(Text, ConvertsEveryKindOfCharset) {
-  const Case cases[] = {
-      {"UTF-8", "UTF-8", "", ""},
-      {"UTF-8", "windows-1252", "a\u00fc\u20ac", "a\xfc\x80"},
-      {"Shift_JIS", "UTF-8", "\x93\xfa\x96\x7b\xb6", "\u65e5\u672c\uff76"},
-      {"UTF-8", "GB18030", "\u00fc\U0001F600", "\xa8\xb9\x94\x39\xfc\x36"},
+  const Case cases[] = {{"UTF-8", "UTF-8", "", ""},
       // a state, and the way back
       {"UTF-8", "ISO-2022-JP", "a\u65e5", "a\x1b$BF|\x1b(B"},
       {"ISO-2022-JP", "ISO-2022-JP", "\x1b$BF|", "\x1b$BF|\x1b(B"},
-      {"UTF-8", "ISO-2022-KR", "", "\x1b$)C"},
-      {"UTF-8", "ISO-2022-CN", "\u4e2d", "\x1b$)A\x0eVP\x0f"},
-      {"UTF-8", "ibm-930", "a\u65e5", "\x62\x0e\x45\x62\x0f"},
-      {"HZ", "UTF-8", "~~~{VP~}~\n.", "~\u4e2d."},
-      {"UTF-7", "UTF-8", "+2D3eAA-+AOQ", "\U0001F600\u00e4"},
+      {"UTF-8", "ISO-2022-KR", "", "\x1b$)C"}, {"HZ", "UTF-8", "~~~{VP~}~\n.", "~\u4e2d."},
       {"UTF-8", "IMAP-mailbox-name", "a&\u00e4", "a&-&AOQ-"},
       // byte order marks
       {"UTF-16", "UTF-8", "\xfe\xff\x00\x61\xd8\x3d\xde\x00"sv, "a\U0001F600"},
@@ -129,8 +124,6 @@ TEST(Text, ConvertsEveryKindOfCharset) {
       // what comes before or after decides
       {"UTF-8", "SCSU", "\u0436\u0436\u4e2d\u0436", "\x12\xb6\xb6\x0fN-\xe2\xb6"},
       {"SCSU", "UTF-8", "\x12\xb6\xb6\x0eN-\xb6", "\u0436\u0436\u4e2d\u0436"},
-      {"BOCU-1", "UTF-8", "\xd3\xea\x86\x86", "\u0436\u0436\u0436"},
-      {"CESU-8", "UTF-8", "\xed\xa0\xbd\xed\xb8\x80", "\U0001F600"},
       {"UTF-8", "LMBCS-1", "a\u0436\u0436", "a\x05\xe6\x05\xe6"},
       // one code for two code points, in the middle and at the end, and one of them alone
       {"UTF-8", "ibm-16684", "\u304b\u309a\u304b", "\xec\xb5\x44\x86"},
@@ -140,19 +133,15 @@ TEST(Text, ConvertsEveryKindOfCharset) {
       // a joiner that belongs to the sign before it
       {"UTF-8", "ISCII,version=0", "\u0915\u094d\u200d\u0915", "\xef\x42\xb3\xe8\xe9\xb3"},
       // private use with a code of its own
-      {"UTF-8", "Shift_JIS", "\ue000", "\xf0\x40"},
-      {nullptr, nullptr, "\u00e4", "\u00e4"},
-  };
+      {"UTF-8", "Shift_JIS", "\ue000", "\xf0\x40"}, {nullptr, nullptr, "\u00e4", "\u00e4"}};
   for (const Case& each : cases) check(each);
 }
 
 TEST(Text, TellsWhereItEnds) {
-  const Case cases[] = {
-      {"UTF-8", "UTF-8", "a\xff", "a", {invalid, 0, 1, 1, 2}},
+  const Case cases[] = {{"UTF-8", "UTF-8", "a\xff", "a", {invalid, 0, 1, 1, 2}},
       {"UTF-8", "UTF-8", "\u65e5\xe6\x97x", "\u65e5", {invalid, 0, 3, 1, 2}},
       {"UTF-8", "UTF-8", "\u65e5\xe6\x97", "\u65e5", {incomplete, 0, 3, 1, 2}},
       {"UTF-8", "ISO-8859-1", "\u00e4\u20ac", "\xe4", {lacking, 0x20ac, 2, 1, 2}},
-      {"UTF-8", "US-ASCII", "a\U0001F600", "a", {lacking, 0x1f600, 1, 1, 2}},
       // after an escape sequence, and the target goes back
       {"ISO-2022-JP", "UTF-8", "\x1b$B\xff!", "", {invalid, 0, 3, 1, 1}},
       {"ISO-2022-JP", "UTF-8", "\x1b$BF", "", {incomplete, 0, 3, 1, 1}},
@@ -190,8 +179,7 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "UTF-8", "\u00e4\n\r\n\r\r\n\U0001F600\xff", "\u00e4\n\r\n\r\r\n\U0001F600",
           {invalid, 0, 12, 5, 2}},
       {"UTF-8", "UTF-8", "a\r\xff", "a\r", {invalid, 0, 2, 2, 1}},
-      {"UTF-16LE", "US-ASCII", "\n\0a\0\xac\x20"sv, "\na", {lacking, 0x20ac, 4, 2, 2}},
-  };
+      {"UTF-16LE", "US-ASCII", "\n\0a\0\x3d\xd8\0\xde"sv, "\na", {lacking, 0x1f600, 4, 2, 2}}};
   for (const Case& each : cases) check(each);
 }
 
@@ -224,34 +212,27 @@ TEST(Text, EndsOnceAndStaysEnded) {
   // without input, without room, without either
   char* no_room = nullptr;
   const char* no_input = nullptr;
-  EXPECT_EQ(
-      i18n_text_convert(converter.get(), nullptr, nullptr, &no_room, nullptr, 0), I18N_TEXT_OK);
-  EXPECT_EQ(
-      i18n_text_convert(converter.get(), &no_input, nullptr, &no_room, nullptr, 0), I18N_TEXT_OK);
+  for (const char** const input : {static_cast<const char**>(nullptr), &no_input}) {
+    EXPECT_EQ(i18n_text_convert(converter.get(), input, nullptr, &no_room, nullptr, 0), 0);
+  }
   EXPECT_EQ(call("\u65e5", false, 0), std::tuple(I18N_TEXT_FULL, 3u, ""));
   EXPECT_EQ(call("", false, 4), std::tuple(I18N_TEXT_FULL, 0u, "\x1b$BF"));
   EXPECT_EQ(call("", true, 2), std::tuple(I18N_TEXT_FULL, 0u, "|\x1b"));
   EXPECT_EQ(call("", true), std::tuple(I18N_TEXT_OK, 0u, "(B"));
   EXPECT_EQ(call("", true), std::tuple(I18N_TEXT_OK, 0u, ""));
-  EXPECT_EQ(call("", false), std::tuple(I18N_TEXT_OK, 0u, ""));
   EXPECT_EQ(call("a", false), std::tuple(I18N_TEXT_ENDED, 0u, ""));
-  i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
-  i18n_text_get_error(converter.get(), &error);
-  EXPECT_EQ(error, i18n_text_error_t());
+  EXPECT_EQ(get_error(converter.get()), Error());
 
   // an error waits for the output before it
   i18n_text_reset(converter.get());
   EXPECT_EQ(std::get<0>(call("\u65e5\xff", false, 6)), I18N_TEXT_FULL);
-  i18n_text_get_error(converter.get(), &error);
-  EXPECT_EQ(error, i18n_text_error_t());
+  EXPECT_EQ(get_error(converter.get()), Error());
   EXPECT_EQ(call("", false), std::tuple(I18N_TEXT_INVALID, 0u, "(B"));
   EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_INVALID, 0u, ""));
-  i18n_text_get_error(converter.get(), &error);
-  EXPECT_EQ(error, (i18n_text_error_t{invalid, 0, 3, 1, 2}));
+  EXPECT_EQ(get_error(converter.get()), Error(invalid, 0, 3, 1, 2));
   i18n_text_get_error(converter.get(), nullptr);
 
   // a new text, whatever was left of the old one
-  EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_INVALID, 0u, ""));
   i18n_text_reset(converter.get());
   EXPECT_EQ(call("\u65e5\xe6", false, 2), std::tuple(I18N_TEXT_FULL, 4u, "\x1b$"));
   i18n_text_reset(converter.get());
@@ -260,36 +241,29 @@ TEST(Text, EndsOnceAndStaysEnded) {
 
 TEST(Text, StopsWhenTheOutputIsRefused) {
   const Converter converter = open("UTF-8", "UTF-16LE");
-  struct Taker {
-    std::string taken;
-    size_t limit;
-    static int take(void* context, const char* bytes, size_t length) {
-      Taker& taker = *static_cast<Taker*>(context);
-      EXPECT_GT(length, 0u);
-      taker.taken.append(bytes, length);
-      return taker.taken.size() > taker.limit;
-    }
+  using Taker = std::pair<std::string, size_t>;  // what is taken, and when that is too much
+  const auto take = [](void* context, const char* bytes, size_t length) {
+    auto& [taken, limit] = *static_cast<Taker*>(context);
+    EXPECT_GT(length, 0u);
+    return taken.append(bytes, length).size() > limit ? 1 : 0;
   };
   const std::string text(10000, 'a'), end = "b";
   Taker all = {"", 20002}, some = {"", 1000};
   const auto convert_to = [&](const std::string& piece, bool is_last, Taker& taker) {
-    return i18n_text_convert_to(
-        converter.get(), piece.data(), piece.size(), is_last, Taker::take, &taker);
+    return i18n_text_convert_to(converter.get(), piece.data(), piece.size(), is_last, take, &taker);
   };
   EXPECT_EQ(convert_to(text, false, all), I18N_TEXT_OK);
   EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_OK);
-  EXPECT_EQ(all.taken, repeat(std::string("a\0", 2), 10000) + std::string("b\0", 2));
+  EXPECT_EQ(all.first, repeat(std::string("a\0", 2), 10000) + std::string("b\0", 2));
   EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_ENDED);
 
   i18n_text_reset(converter.get());
   EXPECT_EQ(convert_to(text, false, some), I18N_TEXT_STOPPED);
-  some.limit = 20002;
+  some.second = 20002;
   EXPECT_EQ(convert_to(end, true, some), I18N_TEXT_STOPPED);
-  i18n_text_error_t error;
-  i18n_text_get_error(converter.get(), &error);
-  EXPECT_EQ(error, (i18n_text_error_t{I18N_TEXT_STOPPED, 0, 0, 0, 0}));
+  EXPECT_EQ(get_error(converter.get()), Error(I18N_TEXT_STOPPED, 0, 0, 0, 0));
   i18n_text_reset(converter.get());
-  EXPECT_EQ(i18n_text_convert_to(converter.get(), nullptr, 0, 1, Taker::take, &some), I18N_TEXT_OK);
+  EXPECT_EQ(i18n_text_convert_to(converter.get(), nullptr, 0, 1, take, &some), I18N_TEXT_OK);
 }
 
 TEST(Text, RefusesCharsets) {
@@ -300,9 +274,9 @@ TEST(Text, RefusesCharsets) {
     EXPECT_EQ(i18n_text_open("UTF-8", name, &status), nullptr) << name;
     EXPECT_EQ(status, I18N_TEXT_UNKNOWN_TARGET);
     EXPECT_EQ(i18n_text_open(name, name, nullptr), nullptr);
-    i18n_text_error_t error = {I18N_TEXT_FULL, 7, 7, 7, 7};
+    i18n_text_error_t error = not_filled;
     EXPECT_EQ(i18n_text_convert_all("UTF-8", name, "a", 1, nullptr, &error), nullptr);
-    EXPECT_EQ(error, (i18n_text_error_t{I18N_TEXT_UNKNOWN_TARGET, 0, 0, 0, 0}));
+    EXPECT_EQ(to_tuple(error), Error(I18N_TEXT_UNKNOWN_TARGET, 0, 0, 0, 0));
   }
   i18n_text_close(nullptr);
   i18n_text_free(nullptr);
