@@ -70,12 +70,6 @@ Outcome convert(Function function, UConverter* converter, std::basic_string_view
 
 }  // namespace
 
-icu::LocalUConverterPointer open_converter(const char* charset) {
-  text::ConverterPtr converter = text::open_converter(charset);
-  if (converter) text::make_lossless(converter.get());
-  return icu::LocalUConverterPointer(converter.release());
-}
-
 Outcome to_unicode(UConverter* converter, std::string_view bytes, std::u16string& units,
                    std::vector<size_t>* offsets) {
   return convert(ucnv_toUnicode, converter, bytes, units, offsets);

@@ -24,9 +24,6 @@ inline bool is_inside_character(char byte) {
   return text::continues_character(static_cast<unsigned char>(byte));
 }
 
-// Null when ICU has no such charset. Nothing is substituted, dropped or mapped one way only.
-icu::LocalUConverterPointer open_converter(const char* charset);
-
 // What a converter made of a text: all of it, or what is before the character at `stopped`, which
 // it could not convert.
 struct Outcome {

@@ -4,7 +4,6 @@
 
 #include "mail/call.h"
 #include "mail/names.h"
-#include "text/charset/converter.h"
 
 namespace mail {
 
@@ -28,19 +27,19 @@ bool names_utf8(const char* charset) {
 
 MailCharset::MailCharset(const char* charset) : rules_(find_charset_rules(utf8_name)) {
   if (names_utf8(charset)) return;
-  const bool is_known = is_plain_name(charset) || !open_converter(charset).isNull();
+  const bool is_known = is_plain_name(charset) || text::open_converter(charset) != nullptr;
   const char* const standard_name = is_known ? text::find_standard_name(charset) : nullptr;
   rules_ = find_charset_rules(view(standard_name));
   if (rules_ == nullptr) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
   if (rules_->name == utf8_name) return;
-  converter_ = open_converter(rules_->name.data());
-  if (converter_.isNull()) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
+  converter_ = text::open_lossless(rules_->name.data());
+  if (!converter_) fail(I18N_MAIL_UNKNOWN_MAIL_CHARSET);
 }
 
 bool MailCharset::is_iso_2022_jp() const { return rules_->name == iso_2022_jp_name; }
 
 std::optional<std::string_view> MailCharset::convert(std::string_view text) {
-  if (converter_.isNull()) return text;
+  if (!converter_) return text;
   to_utf16(text, units_);
   if (find_lacking(units_) < units_.size()) return std::nullopt;
   return bytes_;
@@ -48,11 +47,11 @@ std::optional<std::string_view> MailCharset::convert(std::string_view text) {
 
 size_t MailCharset::find_lacking(std::u16string_view units) {
   const size_t barred = find_barred(*rules_, units);
-  const Outcome written = from_unicode(converter_.getAlias(), units.substr(0, barred), bytes_);
+  const Outcome written = from_unicode(converter_.get(), units.substr(0, barred), bytes_);
   const size_t barred_code = find_barred_code(*rules_, bytes_);
   if (barred_code == bytes_.size()) return written.complete ? barred : written.stopped;
   std::u16string before;
-  to_unicode(converter_.getAlias(), std::string_view(bytes_).substr(0, barred_code), before);
+  to_unicode(converter_.get(), std::string_view(bytes_).substr(0, barred_code), before);
   return before.size();
 }
 

@@ -7,6 +7,7 @@
 
 #include "mail/charset_rules.h"
 #include "mail/icu.h"
+#include "text/charset/converter.h"
 
 namespace mail {
 
@@ -19,7 +20,7 @@ class MailCharset {
   explicit MailCharset(const char* charset);
 
   std::string_view name() const { return rules_->name; }
-  bool is_utf8() const { return converter_.isNull(); }
+  bool is_utf8() const { return converter_ == nullptr; }
   // Words in it are B and bodies 7bit or base64, as RFC 1468 wants it: readers of old know no more.
   bool is_iso_2022_jp() const;
 
@@ -34,7 +35,7 @@ class MailCharset {
 
  private:
   const CharsetRules* rules_;
-  icu::LocalUConverterPointer converter_;  // null for UTF-8
+  text::ConverterPtr converter_;  // null for UTF-8
   std::u16string units_;
   std::string bytes_;
 };

@@ -8,10 +8,8 @@ namespace mail {
 
 SourceCharset::SourceCharset(const char* charset) {
   if (names_utf8(charset)) return;
-  converter_ = open_converter(charset);
-  if (converter_.isNull() || ucnv_getType(converter_.getAlias()) == UCNV_COMPOUND_TEXT) {
-    fail(I18N_MAIL_UNKNOWN_CHARSET);
-  }
+  converter_ = text::open_lossless(charset);
+  if (!converter_) fail(I18N_MAIL_UNKNOWN_CHARSET);
 }
 
 namespace {

@@ -6,6 +6,7 @@
 
 #include "mail/icu.h"
 #include "mail/mail_charset.h"
+#include "text/charset/converter.h"
 
 namespace mail {
 
@@ -13,10 +14,10 @@ class SourceCharset {
  public:
   // Fails when ICU does not know it. Null is UTF-8.
   explicit SourceCharset(const char* charset);
-  UConverter* converter() const { return converter_.getAlias(); }  // null for UTF-8
+  UConverter* converter() const { return converter_.get(); }  // null for UTF-8
 
  private:
-  icu::LocalUConverterPointer converter_;
+  text::ConverterPtr converter_;
 };
 
 // Each gives the index of the first character that must not stand there; npos when there is none.

@@ -43,8 +43,6 @@ ConverterPtr open_converter(const char* charset) {
 
 void make_strict(UConverter* converter) { set_up(converter, UCNV_FROM_U_CALLBACK_STOP); }
 
-void make_lossless(UConverter* converter) { set_up(converter, stop); }
-
 bool is_copyable(const UConverter* converter) {
   return ucnv_getType(converter) != UCNV_COMPOUND_TEXT;
 }
@@ -55,6 +53,13 @@ ConverterPtr copy_converter(const UConverter* converter) {
   ConverterPtr copy(ucnv_clone(converter, &status));
   check_memory(status);
   return copy;
+}
+
+ConverterPtr open_lossless(const char* charset) {
+  ConverterPtr converter = open_converter(charset);
+  if (!converter || !is_copyable(converter.get())) return nullptr;
+  set_up(converter.get(), stop);
+  return converter;
 }
 
 }  // namespace text

@@ -27,14 +27,15 @@ ConverterPtr open_converter(const char* charset);
 // that show nothing are left out by ICU where the target lacks them.
 void make_strict(UConverter* converter);
 
-// The same, with a stop at those, too.
-void make_lossless(UConverter* converter);
-
 // False for compound text: ICU copies that converter together with the pointers to what it owns,
 // and the copy would release that when it is closed.
 bool is_copyable(const UConverter* converter);
 
 // A copy in the same state, null when there can be none.
 ConverterPtr copy_converter(const UConverter* converter);
+
+// A strict converter that stops at characters that show nothing, too. Null also for what cannot be
+// copied.
+ConverterPtr open_lossless(const char* charset);
 
 }  // namespace text

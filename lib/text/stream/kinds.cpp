@@ -6,13 +6,6 @@
 
 namespace text {
 
-ConverterPtr open_lossless(const char* charset) {
-  ConverterPtr converter = open_converter(charset);
-  if (converter == nullptr || !is_copyable(converter.get())) return nullptr;
-  make_lossless(converter.get());
-  return converter;
-}
-
 ConverterPtr open_again(const char* charset) {
   ConverterPtr converter = open_lossless(charset);
   if (converter == nullptr) throw std::bad_alloc();

@@ -5,9 +5,7 @@
 
 namespace text {
 
-// Null when ICU does not know the charset, or when it is compound text, which cannot be copied.
-ConverterPtr open_lossless(const char* charset);
-// The same for one that was opened before. Throws std::bad_alloc.
+// A lossless converter for a charset that one was opened for before. Throws std::bad_alloc.
 ConverterPtr open_again(const char* charset);
 
 // False where ucnv_reset() leaves something of the former text behind.
