@@ -5,7 +5,7 @@
 
 #include "charset/charset_handle.h"
 #include "support/testing.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace {
 int opened_converters;

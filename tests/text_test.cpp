@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "support/beside_icu.h"
-#include "text/charset/charset.h"
+#include "text/tables/charset.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"

@@ -9,7 +9,7 @@
 
 #include <qorvii18n/i18n_mail.h>
 
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace mail {
 

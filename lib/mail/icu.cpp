@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "mail/call.h"
-#include "text/charset/limits.h"
+#include "text/icu/limits.h"
 
 namespace mail {
 

@@ -7,7 +7,7 @@
 
 #include "mail/charset_rules.h"
 #include "mail/icu.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace mail {
 

@@ -6,7 +6,7 @@
 
 #include "mail/icu.h"
 #include "mail/mail_charset.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace mail {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "text/charset/table_maker.h"
+#include "text/tables/table_maker.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
 

@@ -4,7 +4,7 @@
 #include <unicode/ucnv.h>
 
 #include "charset/charset_handle.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace i18n {
 

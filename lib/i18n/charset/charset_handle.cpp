@@ -9,7 +9,7 @@
 #include <qorviks.h>
 
 #include "core/c_string.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace {
 

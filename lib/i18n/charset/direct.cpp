@@ -3,8 +3,8 @@
 #include <cstring>
 #include <utility>
 
-#include "text/charset/limits.h"
-#include "text/charset/route.h"
+#include "text/icu/limits.h"
+#include "text/tables/route.h"
 
 namespace i18n {
 

@@ -9,7 +9,7 @@
 #include "charset/direct.h"
 #include "charset/pivot.h"
 #include "core/c_string.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "charset/pivot.h"
 #include "core/c_string.h"
 #include "core/offsets.h"
-#include "text/charset/limits.h"
+#include "text/icu/limits.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "charset/charset_handle.h"
 #include "core/c_string.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 struct i18n_iconv_t {
   text::ConverterPtr from_converter;

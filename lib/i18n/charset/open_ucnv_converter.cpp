@@ -2,7 +2,7 @@
 #include <qorvii18n/i18n.hpp>
 
 #include "charset/diagnostics.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace i18n {
 

@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace i18n {
 

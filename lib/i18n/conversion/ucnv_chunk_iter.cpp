@@ -6,7 +6,7 @@
 #include "charset/diagnostics.h"
 #include "conversion/hex_dump.h"
 #include "core/offsets.h"
-#include "text/charset/limits.h"
+#include "text/icu/limits.h"
 
 namespace i18n {
 

@@ -12,7 +12,7 @@
 #include "conversion/str_with_offsets.h"
 #include "core/chunk_iter.h"
 #include "core/in_str_keeper.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace i18n {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "text/charset/limits.h"
+#include "text/icu/limits.h"
 
 namespace i18n {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "core/bytes.h"
-#include "text/charset/charset.h"
+#include "text/tables/charset.h"
 #include "text/unicode/utf8.h"
 
 namespace fast {

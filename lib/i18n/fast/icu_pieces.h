@@ -7,7 +7,7 @@
 
 #include "fast/pieces.h"
 #include "fast/unit_reader.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace fast {
 

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "fast/unit_reader.h"
-#include "text/charset/charset.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
+#include "text/tables/charset.h"
 
 namespace fast {
 

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "fast/icu_pieces.h"
-#include "text/charset/converter.h"
-#include "text/charset/converter_types.h"
-#include "text/charset/route.h"
+#include "text/icu/converter.h"
+#include "text/icu/converter_types.h"
+#include "text/tables/route.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "text/charset/converter_types.h"
-
-#include "text/charset/limits.h"
+#include "text/icu/converter_types.h"
+#include "text/icu/limits.h"
 
 namespace fast {
 

@@ -7,7 +7,7 @@
 #include <unicode/ucnv.h>
 
 #include "core/bytes.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace fast {
 

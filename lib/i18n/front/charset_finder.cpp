@@ -6,7 +6,7 @@
 #include <unicode/ucnv.h>
 
 #include "charset/diagnostics.h"
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace {
 

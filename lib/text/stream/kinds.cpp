@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "text/charset/converter_types.h"
+#include "text/icu/converter_types.h"
 
 namespace text {
 

@@ -1,7 +1,7 @@
 // What ICU's kinds of converters need when a text comes in pieces.
 #pragma once
 
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace text {
 

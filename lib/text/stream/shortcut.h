@@ -6,8 +6,8 @@
 #include <span>
 
 #include "text/bytes.h"
-#include "text/charset/charset.h"
 #include "text/stream/place.h"
+#include "text/tables/charset.h"
 
 namespace text {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace text {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 namespace text {
 

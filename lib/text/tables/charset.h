@@ -8,7 +8,7 @@
 
 #include <unicode/ucnv.h>
 
-#include "text/charset/table.h"
+#include "text/tables/table.h"
 
 namespace text {
 

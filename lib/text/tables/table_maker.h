@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "text/charset/table.h"
+#include "text/tables/table.h"
 
 namespace text {
 

@@ -1,9 +1,9 @@
-#include "text/charset/route.h"
+#include "text/tables/route.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "text/charset/converter_types.h"
+#include "text/icu/converter_types.h"
 #include "text/unicode/latin1.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"

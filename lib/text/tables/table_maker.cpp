@@ -1,4 +1,4 @@
-#include "text/charset/table_maker.h"
+#include "text/tables/table_maker.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,9 +8,9 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-#include "text/charset/converter.h"
-#include "text/charset/converter_types.h"
-#include "text/charset/gb18030.h"
+#include "text/icu/converter.h"
+#include "text/icu/converter_types.h"
+#include "text/tables/gb18030.h"
 
 namespace text {
 

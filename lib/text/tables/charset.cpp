@@ -1,4 +1,4 @@
-#include "text/charset/charset.h"
+#include "text/tables/charset.h"
 
 #include <cstring>
 #include <functional>
@@ -7,9 +7,9 @@
 #include <new>
 #include <string_view>
 
-#include "text/charset/converter.h"
-#include "text/charset/converter_types.h"
-#include "text/charset/table_maker.h"
+#include "text/icu/converter.h"
+#include "text/icu/converter_types.h"
+#include "text/tables/table_maker.h"
 
 namespace text {
 

@@ -1,4 +1,4 @@
-#include "text/charset/table.h"
+#include "text/tables/table.h"
 
 #include <algorithm>
 #include <bit>
@@ -7,7 +7,7 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-#include "text/charset/gb18030.h"
+#include "text/tables/gb18030.h"
 #include "text/unicode/utf16.h"
 #include "text/unicode/utf8.h"
 #include "text/unicode/words.h"

@@ -1,4 +1,4 @@
-#include "text/charset/converter.h"
+#include "text/icu/converter.h"
 
 #include <new>
 

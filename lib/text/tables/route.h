@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "text/bytes.h"
-#include "text/charset/charset.h"
-#include "text/charset/table.h"
+#include "text/tables/charset.h"
+#include "text/tables/table.h"
 
 namespace text {
 
