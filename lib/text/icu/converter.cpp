@@ -62,4 +62,10 @@ ConverterPtr open_lossless(const char* charset) {
   return converter;
 }
 
+ConverterPtr open_lossless_again(const char* charset) {
+  ConverterPtr converter = open_lossless(charset);
+  if (!converter) throw std::bad_alloc();
+  return converter;
+}
+
 }  // namespace text

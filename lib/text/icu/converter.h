@@ -38,4 +38,7 @@ ConverterPtr copy_converter(const UConverter* converter);
 // copied.
 ConverterPtr open_lossless(const char* charset);
 
+// The same for a charset that one was opened for before. Throws std::bad_alloc.
+ConverterPtr open_lossless_again(const char* charset);
+
 }  // namespace text

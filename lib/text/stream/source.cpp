@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "text/stream/kinds.h"
+#include "text/icu/converter_types.h"
 
 namespace text {
 
@@ -17,7 +17,7 @@ Source::Source(std::string charset, ConverterPtr converter)
 
 Source Source::copy() const { return Source(charset_, copy_converter(converter_.get())); }
 
-Source Source::copy_anew() const { return Source(charset_, open_again(charset_.c_str())); }
+Source Source::copy_anew() const { return Source(charset_, open_lossless_again(charset_.c_str())); }
 
 Source::Result Source::read(const char*& bytes, const char* end, char16_t*& units,
                             const char16_t* units_end) {
@@ -28,7 +28,7 @@ Source::Result Source::read(const char*& bytes, const char* end, char16_t*& unit
 }
 
 Source::Result Source::finish(char16_t*& units, const char16_t* units_end) {
-  if (ucnv_getType(converter_.get()) == UCNV_HZ && is_cut()) return Result::incomplete;
+  if (type() == UCNV_HZ && is_cut()) return Result::incomplete;
   const char* bytes = "";
   UErrorCode status = U_ZERO_ERROR;
   ucnv_toUnicode(converter_.get(), &units, units_end, &bytes, bytes, nullptr, true, &status);
@@ -49,7 +49,7 @@ bool Source::is_cut() {
 }
 
 void Source::reset() {
-  if (is_reset_by_icu(converter_.get())) {
+  if (is_reset_by_icu(type())) {
     ucnv_resetToUnicode(converter_.get());
   } else {
     *this = copy_anew();
@@ -57,12 +57,12 @@ void Source::reset() {
 }
 
 bool Source::is_between_characters() const {
-  return !has_state(converter_.get()) && !is_inside_character();
+  return has_no_states(type()) && !is_inside_character();
 }
 
 bool Source::is_inside_character() const {
   UErrorCode status = U_ZERO_ERROR;
-  return !has_state(converter_.get()) && ucnv_toUCountPending(converter_.get(), &status) != 0;
+  return has_no_states(type()) && ucnv_toUCountPending(converter_.get(), &status) != 0;
 }
 
 }  // namespace text

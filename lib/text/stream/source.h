@@ -43,6 +43,8 @@ class Source {
 
   bool is_cut();
 
+  UConverterType type() const { return ucnv_getType(converter_.get()); }
+
   std::string charset_;
   ConverterPtr converter_;
 };

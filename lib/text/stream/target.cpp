@@ -6,7 +6,7 @@
 
 #include <unicode/utf16.h>
 
-#include "text/stream/kinds.h"
+#include "text/icu/converter_types.h"
 
 namespace text {
 
@@ -22,11 +22,6 @@ bool has_private_use(std::u16string_view units) {
   unsigned count = 0;
   for (const char16_t unit : units) count += static_cast<char16_t>(unit - 0xDB80) < 0x1D80;
   return count > 0;
-}
-
-// These choose how to write a character by what else they see in a call.
-bool looks_ahead(const UConverter* converter) {
-  return ucnv_getType(converter) == UCNV_SCSU || !is_reset_by_icu(converter);
 }
 
 // ICU writes and reads a character alone.
@@ -58,12 +53,12 @@ Target::Target(std::string charset, ConverterPtr converter)
 
 Target Target::copy() const { return Target(charset_, copy_converter(converter_.get())); }
 
-Target Target::copy_anew() const { return Target(charset_, open_again(charset_.c_str())); }
+Target Target::copy_anew() const { return Target(charset_, open_lossless_again(charset_.c_str())); }
 
 Target::Result Target::write(const char16_t*& units, const char16_t* units_end, char*& bytes,
                              char* end) {
   UConverter* const converter = converter_.get();
-  const auto most = looks_ahead(converter) ? 1 : units_end - units;
+  const auto most = writes_ahead(type()) ? 1 : units_end - units;
   UErrorCode status = U_ZERO_ERROR;
   do {
     const char16_t* const call_end = units + std::min(most, units_end - units);
@@ -92,14 +87,14 @@ size_t Target::count_unwritten() const {
 }
 
 size_t Target::find_one_way(std::u16string_view units) {
-  if (is_unicode(converter_.get())) return units.size();
-  if (ucnv_getType(converter_.get()) == UCNV_ISCII) return find_unfit_for_iscii(units);
+  if (is_unicode(type())) return units.size();
+  if (type() == UCNV_ISCII) return find_unfit_for_iscii(units);
   for (size_t index = 0; has_private_use(units) && index < units.size();) {
     const size_t begin = index;
     UChar32 character;
     U16_NEXT_UNSAFE(units.data(), index, character);
     if (!is_private_use(character)) continue;
-    if (probe_ == nullptr) probe_ = open_again(charset_.c_str());
+    if (probe_ == nullptr) probe_ = open_lossless_again(charset_.c_str());
     if (!goes_there_and_back(probe_.get(), units.substr(begin, index - begin))) return begin;
   }
   return units.size();
@@ -123,7 +118,7 @@ size_t Target::find_unfit_for_iscii(std::u16string_view units) {
 }
 
 void Target::reset() {
-  if (is_reset_by_icu(converter_.get())) {
+  if (is_reset_by_icu(type())) {
     ucnv_resetFromUnicode(converter_.get());
     is_after_virama_ = is_after_cr_ = false;
   } else {
@@ -133,7 +128,7 @@ void Target::reset() {
 
 bool Target::is_between_characters() const {
   UErrorCode status = U_ZERO_ERROR;
-  return !has_state(converter_.get()) && ucnv_fromUCountPending(converter_.get(), &status) == 0;
+  return has_no_states(type()) && ucnv_fromUCountPending(converter_.get(), &status) == 0;
 }
 
 }  // namespace text

@@ -49,6 +49,8 @@ class Target {
 
   size_t find_unfit_for_iscii(std::u16string_view units);
 
+  UConverterType type() const { return ucnv_getType(converter_.get()); }
+
   std::string charset_;
   ConverterPtr converter_;
   ConverterPtr probe_;  // for find_one_way(), once that is needed

@@ -80,7 +80,7 @@ const Charset* learn(std::string_view name, List<Spelling>& list) {
 }  // namespace
 
 Charset::Charset(const char* name, UConverterType type)
-    : name_(name), type_(type), can_have_table_(has_no_states(type)) {}
+    : name_(name), type_(type), can_have_table_(is_plain(type)) {}
 
 // Tables of charsets with more than 256 characters take as long to make as some hundred KiB of text
 // take to convert, so they have to be earned.

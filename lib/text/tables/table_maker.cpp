@@ -19,7 +19,7 @@ class TableMaker {
   // Whether there can be tables.
   bool open(const char* charset) {
     converter_ = open_lossless(charset);
-    if (!converter_ || !has_no_states(ucnv_getType(converter_.get()))) return false;
+    if (!converter_ || !is_plain(ucnv_getType(converter_.get()))) return false;
     UErrorCode status = U_ZERO_ERROR;
     const char* const name = ucnv_getName(converter_.get(), &status);
     table_->is_gb18030_ = name != nullptr && std::strcmp(name, "gb18030") == 0;
