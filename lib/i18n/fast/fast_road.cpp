@@ -1,15 +1,22 @@
 #include "fast/fast_road.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <qorvii18n/i18n_mime.hpp>
 
 #include "fast/body.h"
 #include "fast/header_words.h"
+#include "fast/icu_pieces.h"
 #include "fast/iso_2022_jp.h"
 #include "fast/pieces.h"
+#include "fast/table_pieces.h"
+#include "text/icu/converter_types.h"
+#include "text/unicode/latin1.h"
+#include "text/unicode/utf16.h"
 
 namespace fast {
 
@@ -23,9 +30,13 @@ struct SharedTable : Table {
 
 // Lines are cut by looking for '=', and words by looking for what continues a character.
 bool is_cuttable(const char* table) {
-  const auto escapes = [](char entry) { return entry == 1; };
-  return escapes(table[static_cast<size_t>('=')]) &&
-         std::all_of(table + 0x80, table + 0x100, escapes);
+  constexpr auto all_escaped = [] {
+    std::array<char, 0x80> entries{};
+    entries.fill(1);
+    return entries;
+  }();
+  return table[static_cast<size_t>('=')] == 1 &&
+         std::memcmp(table + 0x80, all_escaped.data(), all_escaped.size()) == 0;
 }
 
 // How many bytes of a text must be escaped; of a long one, about how many, and rather more, by what
@@ -83,22 +94,65 @@ i18n::CString encode_pieces(const Work& work, Pieces& pieces, Bytes text) {
                                        : encode_base64(pieces);
 }
 
-// Names with options are left to the exact road.
-bool has_options(const char* charset) { return std::strchr(charset, ',') != nullptr; }
+// What becomes of most texts. The room for short ones is there in any case.
+size_t estimate_size(const text::Charset& from, const text::Charset& to, Bytes text) {
+  constexpr size_t short_text = 512;
+  if (text.size() <= short_text) return text.size();
+  if (from.type() == UCNV_UTF8) {
+    return text::is_single_byte(to.type()) ? text::count_units(text) : text.size();
+  }
+  if (to.type() != UCNV_UTF8) return text.size();
+  const size_t size = text::get_utf8_size(text);
+  return text::is_single_byte(from.type()) ? size : text.size() + (size - text.size()) / 2;
+}
+
+bool is_unchanged(const text::Charset& from, const text::Charset& to, Bytes text) {
+  if (from.type() != to.type()) return false;
+  return from.type() == UCNV_LATIN_1 || (from.type() == UCNV_UTF8 && text::is_utf8(text));
+}
+
+// Converters that look ahead are left to the exact road.
+i18n::CString encode_with_icu(const Work& work, const text::Charset& from, const text::Charset& to,
+                              Bytes text) {
+  if (!text::is_independent(from.type()) || !text::is_independent(to.type())) return nullptr;
+  text::ConverterPtr reader = text::open_converter(from.name());
+  text::ConverterPtr writer = text::open_converter(to.name());
+  if (!reader || !writer) return nullptr;
+  const auto pieces = std::make_unique<IcuPieces>(std::move(reader), std::move(writer), text);
+  return encode_pieces(work, *pieces, text);
+}
+
+i18n::CString encode_converted(const Work& work, const text::Charset& from, const text::Charset& to,
+                               Bytes text) {
+  const bool is_iso_2022_jp = std::strcmp(to.name(), Iso2022JpPieces::charset) == 0;
+  const text::Charset* const target =
+      is_iso_2022_jp ? text::find_charset(Iso2022JpPieces::route_target) : &to;
+  const auto route = text::Route::find(&from, target, text.size(), text::Invisible::kDropped);
+  if (!route) return encode_with_icu(work, from, to, text);
+  if (is_iso_2022_jp) {
+    const auto pieces = std::make_unique<Iso2022JpPieces>(*route, text);
+    return encode_pieces(work, *pieces, text);
+  }
+  TablePieces pieces(*route, text, estimate_size(from, to, text));
+  return encode_pieces(work, pieces, text);
+}
 
 i18n::CString encode_body(const Work& work, Bytes text) {
   // Equal names mean that nothing is converted, whatever they name.
-  if (std::strcmp(work.from_charset, work.to_charset) == 0) {
-    WholeText pieces(text);
-    return encode_pieces(work, pieces, text);
+  if (std::strcmp(work.from_charset, work.to_charset) != 0) {
+    const text::Charset* const from = text::find_charset(work.from_charset);
+    const text::Charset* const to = text::find_charset(work.to_charset);
+    if (from == nullptr || to == nullptr) return nullptr;
+    if (!is_unchanged(*from, *to, text)) return encode_converted(work, *from, *to, text);
   }
-  if (has_options(work.from_charset) || has_options(work.to_charset)) return nullptr;
-  for (const auto& open : {open_iso_2022_jp, open_pieces}) {
-    const std::unique_ptr<Pieces> pieces = open(work.from_charset, work.to_charset, text);
-    i18n::CString mail = pieces ? encode_pieces(work, *pieces, text) : nullptr;
-    if (mail) return mail;
-  }
-  return nullptr;
+  WholeText pieces(text);
+  return encode_pieces(work, pieces, text);
+}
+
+// ICU takes these spellings for UTF-8 without looking them up.
+bool is_utf8_name(const char* charset) {
+  constexpr std::string_view names[] = {"UTF-8", "utf-8", "UTF8", "utf8"};
+  return std::find(std::begin(names), std::end(names), charset) != std::end(names);
 }
 
 bool convert_header(const Work& work, HeaderText& text) {

@@ -1,10 +1,10 @@
 // The fast road: a text in, mail text out, for the texts that most mail is made of.
 //
-// It goes over a text without the objects of the exact road, prints nothing and, the table of
-// iso_2022_jp.h aside, keeps nothing for later calls. What it is not sure of it leaves: invalid
-// text, characters that the target lacks, charsets whose converters look ahead. The exact road then
-// does the whole call, and its result and its messages are the call's. A build with QORVII18N_FAST
-// off has no fast road and writes the same mail.
+// It goes over a text without the objects of the exact road, prints nothing and, the tables of
+// charsets aside, keeps nothing for later calls. What it is not sure of it leaves: invalid text,
+// characters that the target lacks, charsets whose converters look ahead. The exact road then does
+// the whole call, and its result and its messages are the call's. A build with QORVII18N_FAST off
+// has no fast road and writes the same mail.
 #pragma once
 
 #include <cstddef>

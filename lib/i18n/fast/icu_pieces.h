@@ -6,7 +6,6 @@
 #include <unicode/ucnv.h>
 
 #include "fast/pieces.h"
-#include "fast/unit_reader.h"
 #include "text/icu/converter.h"
 
 namespace fast {
@@ -16,20 +15,21 @@ class IcuPieces final : public Pieces {
   IcuPieces(text::ConverterPtr from, text::ConverterPtr to, Bytes text);
 
   Bytes next() override;
-  bool has_failed() const override { return failed_; }
-  size_t get_expected_size() const override { return expected_size_; }
 
  private:
+  static constexpr size_t unit_count = 1024;
   static constexpr size_t byte_count = 4096;
 
+  bool read();
   Bytes write();
 
-  UnitReader reader_;
-  text::ConverterPtr to_;
-  size_t expected_size_;
+  text::ConverterPtr from_, to_;
+  const char* source_;
+  const char* source_end_;
+  bool has_read_all_ = false;
   std::u16string_view units_;     // not yet written
   bool has_output_left_ = false;  // of units that the converter took
-  bool failed_ = false;
+  char16_t unit_buffer_[unit_count];
   char bytes_[byte_count];
 };
 
