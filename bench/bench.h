@@ -14,7 +14,7 @@ inline constexpr size_t kib = 1024;
 inline constexpr size_t mib = 1024 * kib;
 inline constexpr size_t gib = 1024 * mib;
 
-enum Language { kEnglish, kGerman, kJapanese };
+enum Language { kEnglish, kGerman, kJapanese, kRussian, kKorean, kChinese, kTaiwanese };
 
 const char* get_name(Language language);
 
@@ -43,7 +43,8 @@ using Function = std::function<Output(const std::string& text)>;
 using MakeFunction = Function (*)(const char* from, const char* to);
 using Decode = std::string (*)(std::string_view output);
 
-// A function of the library and the reference that it stands beside.
+// A function of the library and the reference that it stands beside, which may be another call of
+// the library.
 struct Work {
   const char* name;
   const char* separator;  // of the text's sentences
@@ -51,6 +52,14 @@ struct Work {
   Decode decode_library;
   MakeFunction reference;
   Decode decode_reference;
+  // What is decoded is the text in this charset, where it is not the one that is converted to.
+  const char* decoded_charset = nullptr;
+};
+
+struct Conversion {
+  Language language;
+  const char* from;
+  const char* to;
 };
 
 extern const Work base64_body, quoted_printable_body;  // names equal
@@ -58,8 +67,13 @@ extern const Work chosen_base64_body, chosen_quoted_printable_body;
 extern const Work converted_base64_body, converted_quoted_printable_body;
 extern const Work b_header, q_header;
 extern const Work iconv_easy, iconv_easy_ex;
+extern const Work iconv_allocated, iconv_filled;  // beside ICU at its best
+extern const Work iconv_filled_beside_allocated, iconv_failing_beside_converting;
 extern const Work mail_header, mail_text;
 extern const Work pieces_beside_icu, pieces_beside_iconv;  // open converters
+
+// Makes the library fill the tables of both charsets, which short texts have to earn.
+void fill_tables(const char* from, const char* to);
 
 // References. Converters are opened when the function is made.
 Output encode_base64_lines(const std::string& text);       // modp_b64, a line at a time
@@ -69,6 +83,9 @@ Output encode_text_part(const std::string& text);          // GMime: a part in i
 Function icu_in_chunks(const char* from, const char* to);  // the chunks of the library's bodies
 Function icu_in_two_calls(const char* from, const char* to);
 Function icu_with_offsets(const char* from, const char* to);  // with arrays made for each call
+// Two steps or ucnv_convertEx(), whichever is faster with the first text, into a buffer that is
+// there already.
+Function icu_at_its_best(const char* from, const char* to);
 
 std::string decode_base64(std::string_view output);
 std::string decode_quoted_printable(std::string_view output);
@@ -100,10 +117,11 @@ double median(std::vector<double> values);
 
 // Sides in processes of their own, for a row of fresh_rows.
 struct Row;
-Comparison compare_in_fresh_processes(const Row& row, const std::string& text);
+Comparison compare_in_fresh_processes(const Row& row, const Conversion& conversion,
+                                      const std::string& text);
 // What such a process does.
 inline constexpr const char* serve_option = "--serve";
-void serve(const char* row, std::string_view side);
+void serve(const char* row, const char* conversion, std::string_view side);
 
 // Rows whose title is selected.
 using Selection = std::function<bool(const std::string& title)>;
@@ -112,7 +130,7 @@ void print_growth(const Selection& is_selected);
 // Ends the program unless what it relies on holds: a time would mean nothing.
 void require(bool holds, const char* what);
 
-std::string get_title(const char* work, Language language, const char* from, const char* to);
+std::string get_title(const Work& work, const Conversion& conversion);
 std::string format_time(double seconds);
 std::string format_size(double bytes);
 

@@ -31,7 +31,8 @@ void transmit(int socket, const void* data, size_t size) {
 
 class Process {
  public:
-  Process(int processor, const std::string& row, const char* side, const std::string& text) {
+  Process(int processor, const std::string& row, const std::string& conversion, const char* side,
+          const std::string& text) {
     int ends[2];
     require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0, "socket");
     child_ = fork();
@@ -39,7 +40,8 @@ class Process {
     if (child_ == 0) {
       stay_on(processor);
       dup2(ends[1], STDIN_FILENO);
-      execl("/proc/self/exe", "qorvii18n_bench", serve_option, row.c_str(), side, nullptr);
+      execl("/proc/self/exe", "qorvii18n_bench", serve_option, row.c_str(), conversion.c_str(),
+            side, nullptr);
       _exit(1);
     }
     close(ends[1]);
@@ -69,19 +71,22 @@ class Process {
 
 }  // namespace
 
-Comparison compare_in_fresh_processes(const Row& row, const std::string& text) {
+Comparison compare_in_fresh_processes(const Row& row, const Conversion& conversion,
+                                      const std::string& text) {
   const std::string number = std::to_string(&row - fresh_rows.data());
+  const std::string which = std::to_string(&conversion - row.conversions.data());
   const int processor = sched_getcpu();  // one for both: another can be slower for a while
-  const Process library(processor, number, "library", text);
-  const Process reference(processor, number, reference_side, text);
+  const Process library(processor, number, which, "library", text);
+  const Process reference(processor, number, which, reference_side, text);
   return compare([&](size_t calls) { return library.run(calls); },
                  [&](size_t calls) { return reference.run(calls); });
 }
 
-void serve(const char* row_number, std::string_view side) {
+void serve(const char* row_number, const char* conversion_number, std::string_view side) {
   const Row& row = fresh_rows[std::stoul(row_number)];
+  const Conversion& conversion = row.conversions[std::stoul(conversion_number)];
   const auto make = side == reference_side ? row.work.reference : row.work.library;
-  const Function function = make(row.from, row.to);
+  const Function function = make(conversion.from, conversion.to);
   size_t size = 0;
   require(receive(STDIN_FILENO, &size, sizeof size), "text");
   std::string text(size, '\0');

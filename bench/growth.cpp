@@ -135,7 +135,7 @@ void print_growth(const Selection& is_selected) {
     std::printf(" %8s", format_size(static_cast<double>(size)).c_str());
   std::printf("\n");
   for (const GrowthRow& row : growth_rows) {
-    const std::string title = get_title(row.work.name, kGerman, row.from, row.to);
+    const std::string title = get_title(row.work, {kGerman, row.from, row.to});
     if (!is_selected(title)) continue;
     std::printf("%s\n", title.c_str());
     std::fflush(stdout);

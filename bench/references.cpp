@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <optional>
 #include <vector>
 
 #include <gmime/gmime.h>
@@ -71,6 +73,50 @@ std::string_view convert_in_two_calls(Pair& pair, std::string_view text) {
                       pair.units.data(), units, &status);
   require(U_SUCCESS(status), "conversion by ICU");
   return {pair.bytes.data(), static_cast<size_t>(size)};
+}
+
+// The room that was made for the first text is there for all.
+struct Buffers {
+  explicit Buffers(size_t size) : units(size), bytes(most_bytes_per_unit * size) {}
+
+  std::vector<UChar> units;
+  std::vector<char> bytes;
+};
+
+std::string_view convert_in_two_steps(const Pair& pair, Buffers& buffers, std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const char* source = text.data();
+  UChar* unit = buffers.units.data();
+  ucnv_toUnicode(pair.from.get(), &unit, unit + buffers.units.size(), &source, source + text.size(),
+                 nullptr, true, &status);
+  const UChar* unit_source = buffers.units.data();
+  char* byte = buffers.bytes.data();
+  ucnv_fromUnicode(pair.to.get(), &byte, byte + buffers.bytes.size(), &unit_source, unit, nullptr,
+                   true, &status);
+  require(U_SUCCESS(status), "conversion by ICU in two steps");
+  return {buffers.bytes.data(), byte};
+}
+
+std::string_view convert_through_pivot(const Pair& pair, Buffers& buffers, std::string_view text) {
+  UChar units[4096];
+  UChar* unit_source = units;
+  UChar* unit_target = units;
+  UErrorCode status = U_ZERO_ERROR;
+  const char* source = text.data();
+  char* byte = buffers.bytes.data();
+  ucnv_convertEx(pair.to.get(), pair.from.get(), &byte, byte + buffers.bytes.size(), &source,
+                 source + text.size(), units, &unit_source, &unit_target, std::end(units), true,
+                 true, &status);
+  require(U_SUCCESS(status), "ucnv_convertEx");
+  return {buffers.bytes.data(), byte};
+}
+
+using Way = std::string_view (*)(const Pair& pair, Buffers& buffers, std::string_view text);
+
+Output convert_by(Way way, const Pair& pair, Buffers& buffers, const std::string& text) {
+  const std::string_view result = way(pair, buffers, text);
+  constexpr auto keep_buffer = [](void*) {};
+  return {{buffers.bytes.data(), keep_buffer}, result.size()};
 }
 
 Output convert_with_offsets(const Pair& pair, std::string_view text) {
@@ -206,6 +252,29 @@ Function icu_in_two_calls(const char* from, const char* to) {
 Function icu_with_offsets(const char* from, const char* to) {
   return [pair = std::make_shared<Pair>(from, to)](const std::string& text) {
     return convert_with_offsets(*pair, text);
+  };
+}
+
+Function icu_at_its_best(const char* from, const char* to) {
+  struct State {
+    Pair pair;
+    std::optional<Buffers> buffers;
+    Way way = convert_in_two_steps;
+  };
+  const auto state = std::make_shared<State>(State{{from, to}, {}});
+  return [state](const std::string& text) {
+    if (!state->buffers) {
+      state->buffers.emplace(text.size());
+      const auto run_by = [&](Way way) -> Side {
+        const auto call = [state, way](const std::string& same) {
+          return convert_by(way, state->pair, *state->buffers, same);
+        };
+        return [call, &text](size_t calls) { return run_calls(call, text, calls); };
+      };
+      const Comparison both = compare(run_by(convert_in_two_steps), run_by(convert_through_pivot));
+      if (both.ratio > 1) state->way = convert_through_pivot;
+    }
+    return convert_by(state->way, state->pair, *state->buffers, text);
   };
 }
 

@@ -25,9 +25,10 @@ void require(bool holds, const char* what) {
   std::exit(2);
 }
 
-std::string get_title(const char* work, Language language, const char* from, const char* to) {
-  if (std::strcmp(from, to) == 0) return std::string(work) + ", " + get_name(language);
-  return std::string(work) + ", " + from + " to " + to;
+std::string get_title(const Work& work, const Conversion& conversion) {
+  const auto& [language, from, to] = conversion;
+  if (std::strcmp(from, to) == 0) return std::string(work.name) + ", " + get_name(language);
+  return std::string(work.name) + ", " + from + " to " + to;
 }
 
 std::string format_time(double seconds) {

@@ -44,6 +44,36 @@ Function easy_ex(const char* from, const char* to) {
   };
 }
 
+// An output that the next call overwrites.
+constexpr auto keep_buffer = [](void*) {};
+
+// A buffer of the caller's, with room for any result.
+Function filled(const char* from, const char* to) {
+  fill_tables(from, to);
+  return [source = i18n_charset_open(from), target = i18n_charset_open(to),
+          room = std::make_shared<std::string>()](const std::string& text) -> Output {
+    if (room->empty()) room->resize(3 * text.size());
+    char* bytes = room->data();
+    size_t size = room->size(), error_position;
+    i18n_iconv_easy_ex(source, text.data(), text.size(), &error_position, target, &bytes, &size);
+    return {{bytes, keep_buffer}, size};
+  };
+}
+
+Function allocated(const char* from, const char* to) {
+  fill_tables(from, to);
+  return easy_ex(from, to);
+}
+
+// Of all charsets here, only GB18030 and UTF-8 have the character behind the text.
+Function failing(const char* from, const char* to) {
+  return [convert = allocated(from, to),
+          longer = std::make_shared<std::string>()](const std::string& text) {
+    if (longer->empty()) *longer = text + "\U00010330";
+    return convert(*longer);
+  };
+}
+
 void free_mail(void* result) { i18n_mail_free(static_cast<char*>(result)); }
 
 Function header_field(const char* from, const char* to) {
@@ -76,6 +106,12 @@ std::string keep(std::string_view output) { return std::string(output); }
 
 }  // namespace
 
+void fill_tables(const char* from, const char* to) {
+  const std::string text(mib, 'a');
+  easy_ex(from, to)(text);
+  easy_ex(to, from)(text);
+}
+
 const Work base64_body = {"base64 body, names equal", "\n",
                           mime<i18n_mime_encode_b64>, decode_base64,
                           peer<encode_base64_lines>,  decode_base64};
@@ -107,6 +143,14 @@ const Work q_header = {
     peer<encode_header>, decode_header};
 const Work iconv_easy = {"i18n_iconv_easy", "\n", easy, keep, icu_in_two_calls, keep};
 const Work iconv_easy_ex = {"i18n_iconv_easy_ex", "\n", easy_ex, keep, icu_with_offsets, keep};
+const Work iconv_allocated = {
+    "i18n_iconv_easy_ex, ICU's best", "\n", allocated, keep, icu_at_its_best, keep};
+const Work iconv_filled = {
+    "i18n_iconv_easy_ex into a buffer, ICU's best", "\n", filled, keep, icu_at_its_best, keep};
+const Work iconv_filled_beside_allocated = {
+    "i18n_iconv_easy_ex into a buffer, allocated", "\n", filled, keep, allocated, keep};
+const Work iconv_failing_beside_converting = {
+    "i18n_iconv_easy_ex, failing, converting", "\n", failing, keep, allocated, keep};
 const Work mail_header = {"i18n_mail_header",  " ",          header_field, decode_header,
                           peer<encode_header>, decode_header};
 const Work mail_text = {"i18n_mail_text",       "\n",       text_part, decode_lines,
