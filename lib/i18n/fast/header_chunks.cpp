@@ -13,10 +13,13 @@ bool HeaderChunks::next() {
 
 bool HeaderChunks::fetch() {
   begins_in_pair_ = splits_pair_;
-  if (begins_in_pair_) fetched_ = text_.end_character(fetched_);
+  if (begins_in_pair_) {
+    fetched_ = text_.end_character(fetched_);
+    vanished_ = 0;
+  }
   const size_t units = begins_in_pair_ ? units_at_once - 1 : units_at_once;
   const size_t size = text_.get().size();
-  const text::Reach reach = text_.reach_units(fetched_, units);
+  const text::Reach reach = text_.reach_units(fetched_, units, vanished_);
   if (!reach.is_valid) return false;
   // A pair of which one unit has room is the only thing that leaves room beside more text.
   splits_pair_ = reach.units != units && reach.bytes != size - fetched_;
@@ -30,8 +33,9 @@ void HeaderChunks::write() {
   // What the converter took before this call has no position for it.
   const size_t run_end = begins_in_pair_ ? text_.end_character(taken_) : taken_;
   begins_in_pair_ = false;
-  // When the room is full to the last byte, the converter does not get to the half of a pair.
-  room_was_full_ = fetched_ > limit || (fetched_ == limit && splits_pair_);
+  // When the room is full to the last byte, the converter does not get to the half of a pair, or to
+  // what vanishes.
+  room_was_full_ = fetched_ > limit || (fetched_ == limit && (splits_pair_ || vanished_ != 0));
   const size_t written = std::min(fetched_, limit);
   taken_ = end_character(written);
 

@@ -67,6 +67,7 @@ class HeaderChunks {
   size_t fetched_ = 0;
 
   size_t first_run_ = 0;
+  size_t vanished_ = 0;          // the units of characters that vanish behind what was fetched
   bool splits_pair_ = false;     // the units fetched end with the first half of a pair
   bool begins_in_pair_ = false;  // they begin with the second half of one, not yet written
   bool is_last_fetch_ = false;

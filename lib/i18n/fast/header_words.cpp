@@ -49,16 +49,6 @@ class Fold {
   size_t prefix_size_;
 };
 
-// Where forms of UTF-8 can be cut: between characters.
-size_t cut_characters(const char* forms, size_t size) {
-  size = transfer::cut_forms(forms, size);
-  const auto continues = [](const char* form) {
-    return form[0] == '=' && (form[1] == '8' || form[1] == '9' || form[1] == 'A' || form[1] == 'B');
-  };
-  while (size > 0 && continues(forms + size)) size -= transfer::escape_size;
-  return size;
-}
-
 // Order of calls: begin(), the bytes of the text from front to back, end().
 class QWords {
  public:
@@ -70,7 +60,7 @@ class QWords {
     output_.take_up_to(put(out, fold_.get_prefix()));
   }
 
-  // Bytes that one word must hold: a first run, or a character.
+  // Bytes that one word must hold.
   void append_whole(Bytes bytes) {
     char forms[transfer::escape_size * HeaderChunks::longest_first_run + transfer::form_slack];
     const size_t size = put_forms(forms, bytes);
@@ -80,13 +70,13 @@ class QWords {
     output_.take_up_to(put(out, {forms, size}));
   }
 
-  // Characters of UTF-8, or of one byte each.
-  void append_characters(Bytes bytes, bool is_utf8) {
+  // Whole characters, those of the text from begin to end.
+  void append_characters(const HeaderText& text, size_t begin, size_t end) {
     char forms[transfer::escape_size * i18n::chunk_bytes + transfer::form_slack];
     const char* next = forms;
-    size_t left = put_forms(forms, bytes);
+    size_t left = put_forms(forms, text.get().subspan(begin, end - begin));
     while (left > room_) {
-      const size_t size = is_utf8 ? cut_characters(next, room_) : transfer::cut_forms(next, room_);
+      const size_t size = cut(text, begin, next);
       char* const out = output_.get_room(size + fold_.get_whole().size());
       output_.take_up_to(put_fold(put(out, {next, size})));
       next += size;
@@ -103,6 +93,20 @@ class QWords {
   size_t put_forms(char* forms, Bytes bytes) const {
     const char* const forms_end = transfer::put_forms(forms, table_, bytes.data(), bytes.size());
     return static_cast<size_t>(forms_end - forms);
+  }
+
+  // How much of the forms of bytes from begin on the word has room for. Moves begin behind that.
+  size_t cut(const HeaderText& text, size_t& begin, const char* forms) const {
+    size_t size = transfer::cut_forms(forms, room_);
+    const auto escapes = static_cast<size_t>(std::count(forms, forms + size, '='));
+    size_t end = begin + size - (transfer::escape_size - 1) * escapes;
+    for (; size != 0 && text.continues_character(end); --end) {
+      const bool is_escape =
+          size >= transfer::escape_size && forms[size - transfer::escape_size] == '=';
+      size -= is_escape ? transfer::escape_size : 1;
+    }
+    begin = end;
+    return size;
   }
 
   char* put_fold(char* out) {
@@ -143,16 +147,8 @@ bool put_q_words(const HeaderText& text, const char* charset, const char* table,
     const Bytes chunk = chunks.get_chunk();
     const size_t first_run = chunks.get_first_run();
     if (first_run != 0) words.append_whole(chunk.first(first_run));
-    if (text.is_utf8() || text.is_single_byte()) {
-      words.append_characters(chunk.subspan(first_run), text.is_utf8());
-      continue;
-    }
-    const size_t end = chunks.get_begin() + chunk.size();
-    for (size_t at = chunks.get_begin() + first_run; at != end;) {
-      const size_t next = std::min(text.end_character(at), end);
-      words.append_whole(text.get().subspan(at, next - at));
-      at = next;
-    }
+    words.append_characters(text, chunks.get_begin() + first_run,
+                            chunks.get_begin() + chunk.size());
   } while (chunks.has_next());
   words.end();
   return true;

@@ -161,7 +161,8 @@ std::uint32_t Table::find_code(char32_t character) const {
 Table::Code Table::get_code(char32_t character) const {
   const std::uint32_t code = find_code(character);
   Code result{};
-  if (code == drop_code<std::uint32_t>) return result;
+  result.is_invisible = code == drop_code<std::uint32_t>;
+  if (result.is_invisible) return result;
   if (code == no_code<std::uint32_t> && !(character == 0 && same_.has(0))) return result;
   result.size = static_cast<size_t>(put_code(result.bytes, code) - result.bytes);
   return result;
@@ -237,9 +238,8 @@ class Table::Writer {
     char32_t character = *unit;
     const bool is_pair = U16_IS_LEAD(character) && end - unit > 1;
     if (is_pair) character = static_cast<char32_t>(U16_GET_SUPPLEMENTARY(unit[0], unit[1]));
-    const bool is_invisible = table_.find_code(character) == drop_code<std::uint32_t>;
     const Code code = table_.get_code(character);
-    if (code.size == 0 && !(is_invisible && drops_)) return Stop::kRefused;
+    if (code.size == 0 && !(code.is_invisible && drops_)) return Stop::kRefused;
     if (code.size > room()) return Stop::kFull;
     std::memcpy(out_, code.bytes, code.size);
     out_ += code.size;

@@ -48,6 +48,7 @@ class Table {
   struct Code {
     size_t size;
     unsigned char bytes[4];
+    bool is_invisible;  // it is lacking, and shows nothing
   };
   Code get_code(char32_t character) const;
 
