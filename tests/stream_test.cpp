@@ -32,38 +32,30 @@ struct Result {
   Error error;
 };
 
-// One piece, converted with so much room a call.
-i18n_text_status_t convert_piece(i18n_text_converter_t* converter, std::string_view piece,
-    bool is_last, size_t room, std::string& result) {
-  const char* input = piece.data();
-  std::string buffer(room, '?');
-  for (;;) {
-    char* output = buffer.data();
-    const auto status = i18n_text_convert(
-        converter, &input, piece.data() + piece.size(), &output, output + room, is_last);
-    result.append(buffer.data(), output);
-    if (status != I18N_TEXT_FULL) return status;
-    if (output == buffer.data()) ADD_FAILURE() << "no output, and yet no room";
-  }
-}
-
 Error get_error(const i18n_text_converter_t* converter) {
   i18n_text_error_t error = not_filled;
   i18n_text_get_error(converter, &error);
   return to_tuple(error);
 }
 
-// In pieces that end at each multiple of a size, or one piece that is last.
+// In pieces of a size, of which the last is empty, with so much room a call.
 Result convert(
     i18n_text_converter_t* converter, std::string_view text, size_t piece_size, size_t room) {
   Result result = {I18N_TEXT_OK, "", {}};
+  std::string buffer(room, '?');
   i18n_text_reset(converter);
-  for (size_t i = 0; i < text.size() && result.status == I18N_TEXT_OK; i += piece_size) {
-    result.status =
-        convert_piece(converter, text.substr(i, piece_size), false, room, result.output);
-  }
-  if (result.status == I18N_TEXT_OK) {
-    result.status = convert_piece(converter, {}, true, room, result.output);
+  for (bool is_last = false; result.status == I18N_TEXT_OK && !is_last;) {
+    const std::string_view piece = text.substr(0, piece_size);
+    text.remove_prefix(piece.size());
+    is_last = piece.empty();
+    const char* input = piece.data();
+    do {
+      char* output = buffer.data();
+      result.status = i18n_text_convert(
+          converter, &input, piece.data() + piece.size(), &output, output + room, is_last);
+      EXPECT_TRUE(result.status != I18N_TEXT_FULL || output != buffer.data());
+      result.output.append(buffer.data(), output);
+    } while (result.status == I18N_TEXT_FULL && !testing::Test::HasFailure());
   }
   result.error = get_error(converter);
   return result;
@@ -169,8 +161,12 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "ISCII,version=0", "\u0915\u094d\u094d", "\xef\x42\xb3\xe8",
           {lacking, 0x94d, 6, 1, 3}},
       {"UTF-8", "ISCII,version=1", "\r\u0915", "\r", {lacking, 0x915, 1, 2, 1}},
+      {"UTF-8", "ISCII,version=0", "\u0a15\u0a71\u0a15", "\xef\x4b\xb3", {lacking, 0xa71, 3, 1, 2}},
+      {"UTF-8", "LMBCS-1", "a\ufffe", "a", {lacking, 0xfffe, 1, 1, 2}},
       // a switch of scripts before what is refused
       {"UTF-8", "ISCII,version=0", "\u0915\u0984", "\xef\x42\xb3", {lacking, 0x984, 3, 1, 2}},
+      // a character that is held until the end
+      {"ISCII,version=0", "US-ASCII", "a\xb3", "a", {lacking, 0x915, 1, 1, 2}},
       // where lengths of characters are not what ICU says
       {"gsm-03.38-2009", "US-ASCII", "a\x1b\x65", "a", {lacking, 0x20ac, 1, 1, 2}},
       {"BOCU-1", "US-ASCII", "\xb1\xd3\xea", "a", {lacking, 0x436, 1, 1, 2}},
@@ -196,6 +192,15 @@ TEST(Text, FindsErrorsInLongTexts) {
     check({"UTF-8", "UTF-16LE,version=1", utf8.substr(0, 5) + std::string("\xf0\x9f"),
         "\xff\xfe\xc6\x30", {invalid, 0, 3, 1, 2}});
   }
+  // half a pair, windows that nothing is written in, the other half
+  const std::string half = "\x0e\xd8\x3d" + repeat("\x10\x11", 6000);
+  check({"SCSU", "UTF-8", "a" + half + "b", "a", {invalid, 0, 1, 1, 2}});
+  check({"SCSU", "US-ASCII", "a" + half + "\x0e\xde\x01", "a", {lacking, 0x1f601, 1, 1, 2}});
+  check({"SCSU", "UTF-8", half + "\x0e\xde\x01" + half, "\U0001f601",
+      {invalid, 0, half.size() + 3, 1, 2}});
+  // a character at the end of a block
+  const std::string split = std::string(4095, 'a') + "\u00e4" + std::string(5000, 'a');
+  check({"UTF-8", "CESU-8", split + "\xff", split, {invalid, 0, split.size(), 1, 9097}});
 }
 
 TEST(Text, EndsOnceAndStaysEnded) {
@@ -237,33 +242,35 @@ TEST(Text, EndsOnceAndStaysEnded) {
   EXPECT_EQ(call("\u65e5\xe6", false, 2), std::tuple(I18N_TEXT_FULL, 4u, "\x1b$"));
   i18n_text_reset(converter.get());
   EXPECT_EQ(call("a", true), std::tuple(I18N_TEXT_OK, 1u, "a"));
+  i18n_text_reset(converter.get());
+  call(repeat("\u65e5", 3000), false, 9000);
+  i18n_text_reset(converter.get());
+  EXPECT_EQ(call("a\xff", true), std::tuple(I18N_TEXT_INVALID, 2u, "a"));
+  EXPECT_EQ(get_error(converter.get()), Error(invalid, 0, 1, 1, 2));
 }
 
 TEST(Text, StopsWhenTheOutputIsRefused) {
   const Converter converter = open("UTF-8", "UTF-16LE");
-  using Taker = std::pair<std::string, size_t>;  // what is taken, and when that is too much
-  const auto take = [](void* context, const char* bytes, size_t length) {
-    auto& [taken, limit] = *static_cast<Taker*>(context);
-    EXPECT_GT(length, 0u);
-    return taken.append(bytes, length).size() > limit ? 1 : 0;
-  };
-  const std::string text(10000, 'a'), end = "b";
-  Taker all = {"", 20002}, some = {"", 1000};
-  const auto convert_to = [&](const std::string& piece, bool is_last, Taker& taker) {
+  std::pair<std::string, size_t> taker;  // what is taken, and when that is too much
+  const auto convert_to = [&](const std::string& piece, bool is_last, size_t limit) {
+    taker.second = limit;
+    const auto take = [](void* context, const char* bytes, size_t length) {
+      auto& [taken, most] = *static_cast<decltype(taker)*>(context);
+      EXPECT_GT(length, 0u);
+      return taken.append(bytes, length).size() > most ? 1 : 0;
+    };
     return i18n_text_convert_to(converter.get(), piece.data(), piece.size(), is_last, take, &taker);
   };
-  EXPECT_EQ(convert_to(text, false, all), I18N_TEXT_OK);
-  EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_OK);
-  EXPECT_EQ(all.first, repeat(std::string("a\0", 2), 10000) + std::string("b\0", 2));
-  EXPECT_EQ(convert_to(end, true, all), I18N_TEXT_ENDED);
+  const std::string text(10000, 'a');
+  EXPECT_EQ(convert_to(text, false, 20000), I18N_TEXT_OK);
+  EXPECT_EQ(convert_to("b", true, 20002), I18N_TEXT_OK);
+  EXPECT_EQ(taker.first, repeat(std::string("a\0", 2), 10000) + std::string("b\0", 2));
+  EXPECT_EQ(convert_to("b", true, 20004), I18N_TEXT_ENDED);
 
   i18n_text_reset(converter.get());
-  EXPECT_EQ(convert_to(text, false, some), I18N_TEXT_STOPPED);
-  some.second = 20002;
-  EXPECT_EQ(convert_to(end, true, some), I18N_TEXT_STOPPED);
+  EXPECT_EQ(convert_to(text, false, 20003), I18N_TEXT_STOPPED);
+  EXPECT_EQ(convert_to("b", true, 99999), I18N_TEXT_STOPPED);
   EXPECT_EQ(get_error(converter.get()), Error(I18N_TEXT_STOPPED, 0, 0, 0, 0));
-  i18n_text_reset(converter.get());
-  EXPECT_EQ(i18n_text_convert_to(converter.get(), nullptr, 0, 1, take, &some), I18N_TEXT_OK);
 }
 
 TEST(Text, RefusesCharsets) {

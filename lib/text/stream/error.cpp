@@ -50,27 +50,33 @@ bool finish(Source& source, std::u16string& units) {
 // one.
 size_t find_unit(const Past& past, size_t index, std::u16string& units) {
   const std::string_view bytes = past.bytes;
-  // Forward by single bytes, to the one that brings the unit or the error.
   Source source = past.history.copy_source(past.source);
   units = past.begin_units();
-  const auto has_unit = [&] {
-    return units.size() > index && (units.size() > index + 1 || !U16_IS_LEAD(units[index]));
-  };
   size_t read = 0;
-  while (!has_unit() && read < bytes.size() && read_all(source, bytes.substr(read++, 1), units))
-    ;
+  bool is_good = true;
+  const auto read_until = [&](size_t size) {
+    while (is_good && units.size() < size && read < bytes.size()) {
+      is_good = read_all(source, bytes.substr(read++, 1), units);
+    }
+  };
+  // Forward by single bytes, to the one that brings the unit or the error. The second half of a
+  // pair may come much later, and ISCII keeps a unit until it sees the next one.
+  read_until(index + 1);
+  const size_t end = read;
+  if (units.size() > index && U16_IS_LEAD(units[index])) read_until(index + 2);
+  if (is_good && units.size() <= index) finish(source, units);
   // Back to where the text could end. In IMAP-mailbox-name that is not inside of an encoded run;
   // all else that is read as a whole is much shorter.
   constexpr size_t longest = 256;
-  for (size_t size = read + 1; size-- > 0 && read - size < longest;) {
+  for (size_t size = end + 1; size-- > 0 && end - size < longest;) {
     Source once_more = past.history.copy_source(past.source);
     std::u16string before = past.begin_units();
     if (read_all(once_more, bytes.substr(0, size), before) && finish(once_more, before) &&
-        before.size() <= index && (before.empty() || !U16_IS_LEAD(before.back()))) {
+        before.size() <= index) {
       return size;
     }
   }
-  return read;
+  return end;
 }
 
 // What a text becomes. The index of a character that is lacking, if there is one.
@@ -97,6 +103,13 @@ std::optional<size_t> write_all(Target target, std::u16string_view text, std::st
 
 }  // namespace
 
+std::uint64_t find_lead(const Mark& now, const History& history, const Source& source) {
+  const Mark& begin = history.begin();
+  std::u16string units;
+  return begin.bytes + find_unit({history, source, history.bytes()},
+                                 static_cast<size_t>(now.units - begin.units), units);
+}
+
 Verdict judge(Failure failure, const History& history, const Source& source, const Target& target,
               std::uint64_t written) {
   const Past past = {history, source, history.bytes()};
@@ -104,7 +117,8 @@ Verdict judge(Failure failure, const History& history, const Source& source, con
   for (;;) {
     const auto index = static_cast<size_t>(failure.unit - std::min(failure.unit, begin.units));
     std::u16string units;
-    const size_t size = find_unit(past, index, units);
+    std::uint64_t position = begin.bytes + find_unit(past, index, units);
+    if (index == 0 && begin.lead != 0) position = history.lead_begin();
     const std::u16string_view before = std::u16string_view(units).substr(0, index);
     std::string output;
     // A target may have held back a character that then is lacking.
@@ -119,9 +133,9 @@ Verdict judge(Failure failure, const History& history, const Source& source, con
     if (failure.status == I18N_TEXT_LACKING) {
       U16_GET(units.data(), 0, index, units.size(), character);
     }
-    return {{failure.status, static_cast<std::uint32_t>(character), begin.bytes + size, place.line,
-             place.column},
-            std::move(output)};
+    return {
+        {failure.status, static_cast<std::uint32_t>(character), position, place.line, place.column},
+        std::move(output)};
   }
 }
 

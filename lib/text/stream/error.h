@@ -23,6 +23,10 @@ struct Verdict {
   std::string output;  // what comes after the bytes that were written
 };
 
+// Where half of a pair begins, of which the other half is still to come. It may throw
+// std::bad_alloc.
+std::uint64_t find_lead(const Mark& now, const History& history, const Source& source);
+
 // Goes the way to a failure once more. It may throw std::bad_alloc.
 Verdict judge(Failure failure, const History& history, const Source& source, const Target& target,
               std::uint64_t written);

@@ -6,6 +6,12 @@
 
 namespace text {
 
+bool History::is_losing_lead(const Mark& now) const {
+  const Generation& newest = generations_[newest_];
+  return now.lead != 0 && !now.lead_begin && has_two_ && newest.size >= max_read &&
+         newest.mark.units == now.units;
+}
+
 void History::prepare(const Mark& now, const Source& source, const Target& target) {
   if (now.lead == 0 && source.is_between_characters() && target.is_between_characters()) {
     has_two_ = false;
@@ -38,6 +44,11 @@ void History::append(const char* bytes, size_t size) {
 void History::clear() {
   has_two_ = false;
   begin_newest(Mark(), std::nullopt, std::nullopt);
+}
+
+// When the oldest mark has a lead that waits still, the newest has the same.
+std::uint64_t History::lead_begin() const {
+  return generations_[newest_].mark.lead_begin.value_or(begin().bytes);
 }
 
 std::string History::bytes() const {

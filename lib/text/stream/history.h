@@ -19,11 +19,15 @@ struct Mark {
   std::uint64_t written = 0;  // bytes that these became
   Place place;                // of the next unit
   char16_t lead = 0;          // the last unit when its other half is still to come, else 0
+  std::optional<std::uint64_t> lead_begin;  // its first byte, once the history does not have it
 };
 
 class History {
  public:
   static constexpr size_t max_read = 4096;
+
+  // Whether the next prepare() drops the bytes of the lead, because so many came behind it.
+  bool is_losing_lead(const Mark& now) const;
 
   // Before each read, of at most max_read bytes, when all units are written. It may throw
   // std::bad_alloc, and then has done nothing.
@@ -36,6 +40,7 @@ class History {
   // From where on it is known what happened, far enough back for all that a converter may hold; and
   // the bytes since, and the converters as they were then.
   const Mark& begin() const { return oldest().mark; }
+  std::uint64_t lead_begin() const;
   std::string bytes() const;
   Source copy_source(const Source& source) const;
   Target copy_target(const Target& target) const;

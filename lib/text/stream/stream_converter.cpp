@@ -116,6 +116,7 @@ bool StreamConverter::take_shortcut(Input& input, Output& output) {
 }
 
 void StreamConverter::read(Input& input) {
+  if (history_.is_losing_lead(now_)) now_.lead_begin = find_lead(now_, history_, source_);
   history_.prepare(now_, source_, target_);
   const char* const begin = input.next;
   // The shortcut begins again after the character that is being read.
@@ -166,6 +167,7 @@ void StreamConverter::check() {
   if (units.size() < all) failure_ = {status, now_.units + units.size()};
   now_.place.advance(units);
   now_.units += units.size();
+  if (!units.empty()) now_.lead_begin.reset();
   units_end_ = unit_ + units.size();
   is_checked_ = true;
 }

@@ -12,15 +12,18 @@ namespace text {
 
 namespace {
 
-// ICU writes these in one direction only, whatever it is told.
-bool is_private_use(UChar32 character) {
-  return (0xE000 <= character && character <= 0xF8FF) || character >= 0xF0000;
+// ICU writes private use in one direction only, whatever it is told, and U+FFFE in LMBCS.
+bool may_be_one_way(UChar32 character) {
+  return (0xE000 <= character && character <= 0xF8FF) || character >= 0xF0000 ||
+         character == 0xFFFE;
 }
 
 // Whether there may be any. Without branches, so that compilers make vector code of it.
-bool has_private_use(std::u16string_view units) {
+bool may_be_one_way(std::u16string_view units) {
   unsigned count = 0;
-  for (const char16_t unit : units) count += static_cast<char16_t>(unit - 0xDB80) < 0x1D80;
+  for (const char16_t unit : units) {
+    count += unsigned{static_cast<char16_t>(unit - 0xDB80) < 0x1D80} | unsigned{unit == 0xFFFE};
+  }
   return count > 0;
 }
 
@@ -89,11 +92,11 @@ size_t Target::count_unwritten() const {
 size_t Target::find_one_way(std::u16string_view units) {
   if (is_unicode(type())) return units.size();
   if (type() == UCNV_ISCII) return find_unfit_for_iscii(units);
-  for (size_t index = 0; has_private_use(units) && index < units.size();) {
+  for (size_t index = 0; may_be_one_way(units) && index < units.size();) {
     const size_t begin = index;
     UChar32 character;
     U16_NEXT_UNSAFE(units.data(), index, character);
-    if (!is_private_use(character)) continue;
+    if (!may_be_one_way(character)) continue;
     if (probe_ == nullptr) probe_ = open_lossless_again(charset_.c_str());
     if (!goes_there_and_back(probe_.get(), units.substr(begin, index - begin))) return begin;
   }
@@ -102,7 +105,8 @@ size_t Target::find_one_way(std::u16string_view units) {
 
 // In ISCII a joiner is a second sign after a virama. ICU drops a non-joiner that stands elsewhere,
 // writes a joiner so that what follows it changes, and two viramas as one with a non-joiner. A CR
-// takes the reader back to the charset's own script, of which the writer knows only after an LF.
+// takes the reader back to the charset's own script, of which the writer knows only after an LF. In
+// Gurmukhi, bindi and tippi become each other, and an addak may become nothing.
 size_t Target::find_unfit_for_iscii(std::u16string_view units) {
   for (size_t index = 0; index < units.size(); ++index) {
     const char16_t unit = units[index];
@@ -111,6 +115,7 @@ size_t Target::find_unfit_for_iscii(std::u16string_view units) {
     const bool is_joiner = unit == 0x200C || unit == 0x200D;
     if (is_joiner ? !is_after_virama_ : is_virama && is_after_virama_) return index;
     if (is_indic && is_after_cr_) return index;
+    if (unit == 0x0A02 || unit == 0x0A70 || unit == 0x0A71) return index;
     is_after_virama_ = is_virama;
     is_after_cr_ = unit == u'\r' || (is_after_cr_ && unit != u'\n');
   }
