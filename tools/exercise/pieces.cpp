@@ -2,12 +2,14 @@
 // every charset, whole, damaged and cut off, to every charset.
 //
 //   pieces MINUTES [SEED]    0 for one round over all pairs of charsets
-//   pieces sample [SEED]     each charset, to and from a few others
+//   pieces sample [SEED]     each charset, to and from a few others, without uconv
 //
 // A text is converted in one call, in random pieces down to a byte with random room down to a byte,
 // and by ICU as a whole. What comes out must be the same; where an error is, ICU must convert what
 // is before it and nothing longer. Where iconv(3) knows both charsets as ICU does, its output and
-// position must be the same, too. Exit status: 1 when something differs.
+// position must be the same, too; in charsets with a state or more bytes, where it knows all
+// characters of a text, each must read the same in what the other reads and writes. uconv, in
+// blocks of any size, must give the same output. Exit status: 1 when something differs.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -22,7 +24,12 @@
 #include <string_view>
 #include <vector>
 
+#include <fcntl.h>
 #include <iconv.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <qorvii18n/i18n_text.h>
 #include <unicode/ucnv.h>
@@ -88,14 +95,23 @@ class Charset {
     return write(lax_.getAlias(), units, good);
   }
 
-  // Whether characters share bytes.
-  bool has_runs() const { return type == UCNV_UTF7 || type == UCNV_IMAP_MAILBOX; }
+  // Whether a text may end only every few characters.
+  bool has_runs() const {
+    return type == UCNV_UTF7 || type == UCNV_IMAP_MAILBOX || type == UCNV_ISCII;
+  }
+
+  // Whether characters are written in a form that depends on what else is in the call.
+  bool looks_ahead() const {
+    return type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
+  }
 
   int get_longest() const { return ucnv_getMaxCharSize(strict_.getAlias()); }
 
   std::string name;
   UConverterType type;
-  std::string iconv_name;  // where iconv(3) knows it alike
+  std::string iconv_name;    // where iconv(3) knows it alike
+  std::string common_name;   // where iconv(3) knows the characters below alike
+  std::vector<bool> common;  // by unit; none for all
 
  private:
   // ICU forgets the first byte of two and a tilde when nothing follows.
@@ -130,6 +146,7 @@ class Charset {
       const bool is_after_virama = i > 0 && is_virama(units[i - 1]);
       if ((units[i] == 0x200C || units[i] == 0x200D) && !is_after_virama) return true;
       if (is_virama(units[i]) && is_after_virama) return true;
+      if (units[i] == 0x0A02 || units[i] == 0x0A70 || units[i] == 0x0A71) return true;
       if (is_after_cr && 0x0900 <= units[i] && units[i] < 0x0D80) return true;
       is_after_cr = units[i] == u'\r' || (is_after_cr && units[i] != u'\n');
     }
@@ -137,8 +154,7 @@ class Charset {
   }
 
   std::string write(UConverter* converter, std::u16string_view units, bool& good) {
-    // These write a character in a form that depends on what else is in the call.
-    const bool is_alone = type == UCNV_SCSU || (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST);
+    const bool is_alone = looks_ahead();
     icu::LocalUConverterPointer other;
     if (type != UCNV_SCSU && is_alone) {
       UErrorCode status = U_ZERO_ERROR;
@@ -281,7 +297,7 @@ std::string random_text(Charset& from, Charset& to) {
 }
 
 std::map<std::string, std::map<std::string, int>> faults;  // kind, charset
-std::uint64_t texts = 0, cuts = 0, errors = 0, beside_iconv = 0;
+std::uint64_t texts = 0, cuts = 0, errors = 0, beside_iconv = 0, beside_uconv = 0;
 
 void report(const char* kind, const std::string& charset, const Charset& from, const Charset& to,
             std::string_view text, const Result& one, const Result* other = nullptr) {
@@ -301,19 +317,28 @@ void report(const char* kind, const std::string& charset, const Charset& from, c
 // Beside iconv(3).
 std::optional<Result> convert_by_iconv(const std::string& from, const std::string& to,
                                        std::string text) {
-  const iconv_t handle = iconv_open(to.c_str(), from.c_str());
+  static std::map<std::pair<std::string, std::string>, iconv_t> handles;
+  const auto [place, is_new] = handles.try_emplace({from, to});
+  if (is_new) place->second = iconv_open(to.c_str(), from.c_str());
+  const iconv_t handle = place->second;
   if (handle == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
   Result result;
   result.output.resize(text.size() * 8 + 64);
   char* input = text.data();
   char* output = result.output.data();
   size_t left = text.size(), room = result.output.size();
+  iconv(handle, nullptr, nullptr, nullptr, nullptr);
   const bool is_good = iconv(handle, &input, &left, &output, &room) != static_cast<size_t>(-1);
-  iconv_close(handle);
+  iconv(handle, nullptr, nullptr, &output, &room);
   result.output.resize(result.output.size() - room);
   result.status = is_good ? I18N_TEXT_OK : I18N_TEXT_INVALID;
   result.error.position = text.size() - left;
   return result;
+}
+
+Charset& utf16() {
+  static Charset charset("UTF-16LE");
+  return charset;
 }
 
 // Whether every sequence of bytes is the same to both.
@@ -322,17 +347,40 @@ bool is_known_alike(Charset& charset, const std::string& name) {
   const bool is_single = charset.type == UCNV_SBCS || charset.type == UCNV_LATIN_1;
   if (!is_single && charset.get_longest() != 2) return false;
   if (!convert_by_iconv(name, "UTF-16LE", "")) return false;
-  static Charset utf16("UTF-16LE");
   for (int number = 0; number < (is_single ? 0x100 : 0x10100); ++number) {
     std::string text(1, static_cast<char>(number));
     if (number > 0xff) text.insert(0, 1, static_cast<char>((number >> 8) - 1));
     const auto units = charset.read(text);
     const auto result = convert_by_iconv(name, "UTF-16LE", text);
     if (units.has_value() != (result->status == I18N_TEXT_OK)) return false;
-    if (units && utf16.write(*units) != result->output) return false;
+    if (units && utf16().write(*units) != result->output) return false;
     if (units && charset.write(*units) != text) return false;
   }
   return true;
+}
+
+// The characters that both write in a way that the other reads. glibc loses characters at the ends
+// of texts, and designations and shifts of ISO-2022-CN; only ICU ends a line of ISO-2022 at a CR,
+// and may write a tilde in JIS X 0212.
+void find_common(Charset& charset, const std::string& name) {
+  for (const char* lossy :
+       {"GB2312", "ISO-2022-CN", "ISO-2022-CN-EXT", "windows-1255", "windows-1258"}) {
+    if (name == lossy) return;
+  }
+  if (!convert_by_iconv(name, "UTF-16LE", "") || !convert_by_iconv("UTF-16LE", name, "")) return;
+  charset.common_name = name;
+  charset.common.resize(0x10000);
+  for (unsigned unit = 0; unit < 0x10000; ++unit) {
+    const std::u16string character(1, static_cast<char16_t>(unit));
+    const auto bytes = U16_IS_SURROGATE(unit) ? std::nullopt : charset.write(character);
+    if (!bytes || (charset.type == UCNV_ISO_2022 && (unit == '\r' || unit == '~'))) continue;
+    const std::string utf16_bytes = *utf16().write(character);
+    const auto read = convert_by_iconv(name, "UTF-16LE", *bytes);
+    const auto written = convert_by_iconv("UTF-16LE", name, utf16_bytes);
+    charset.common[unit] = read->status == I18N_TEXT_OK && written->status == I18N_TEXT_OK &&
+                           read->output == utf16_bytes &&
+                           charset.read(written->output) == character;
+  }
 }
 
 std::optional<std::string> convert_slowly(Charset& from, Charset& to, std::string_view text) {
@@ -353,11 +401,80 @@ void check_iconv(const Charset& from, const Charset& to, const std::string& text
   }
 }
 
-void check(Charset& from, Charset& to, i18n_text_converter_t* converter) {
+// Each reads what the other reads and writes, in a text as ICU writes it.
+void check_common(Charset& from, Charset& to, const std::string& text, const Result& result) {
+  if (from.common_name.empty() || to.common_name.empty() || result.status != I18N_TEXT_OK) return;
+  const std::u16string units = from.read(text).value();
+  const auto is_common = [&](const Charset& charset) {
+    return charset.common.empty() ||
+           std::ranges::all_of(units, [&](char16_t unit) { return charset.common[unit]; });
+  };
+  if (!is_common(from) || !is_common(to) || from.write(units) != text) return;
+  const auto other = convert_by_iconv(from.common_name, to.common_name, text);
+  if (!other) return;
+  ++beside_iconv;
+  const auto read = convert_by_iconv(to.common_name, "UTF-16LE", result.output);
+  if (other->status != I18N_TEXT_OK || to.read(other->output) != units ||
+      read->status != I18N_TEXT_OK || read->output != utf16().write(units)) {
+    report("iconv, common", from.name + " " + to.name, from, to, text, result, &*other);
+  }
+}
+
+// Files in memory, so that neither side waits for the other.
+std::optional<std::string> convert_by_uconv(const Charset& from, const Charset& to,
+                                            std::string_view text) {
+  const int input = memfd_create("input", MFD_CLOEXEC),
+            output = memfd_create("output", MFD_CLOEXEC);
+  if (pwrite(input, text.data(), text.size(), 0) != static_cast<ssize_t>(text.size())) std::abort();
+  const std::string block = std::to_string(random_below(5000) + 1);
+  const char* const arguments[] = {"uconv",           "-b", block.c_str(),   "-f",
+                                   from.name.c_str(), "-t", to.name.c_str(), nullptr};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  pid_t process;
+  int status = 1;
+  if (posix_spawnp(&process, "uconv", &actions, nullptr, const_cast<char* const*>(arguments),
+                   environ) != 0) {
+    std::printf("no uconv\n");
+    std::exit(1);
+  }
+  waitpid(process, &status, 0);
+  posix_spawn_file_actions_destroy(&actions);
+  std::string result(static_cast<size_t>(lseek(output, 0, SEEK_END)), '\0');
+  if (pread(output, result.data(), result.size(), 0) < 0) std::abort();
+  close(input);
+  close(output);
+  if (status != 0) return std::nullopt;
+  return result;
+}
+
+// It writes no empty text, not even where that has a beginning, and loses what the end adds when
+// its own room is full.
+void check_uconv(Charset& from, Charset& to, const std::string& text, const Result& result) {
+  if (result.status != I18N_TEXT_OK || from.read(text)->empty()) return;
+  const auto other = convert_by_uconv(from, to, text);
+  ++beside_uconv;
+  if (other == result.output) return;
+  constexpr size_t longest_end = 8;
+  const bool is_lost = other && result.output.starts_with(*other) &&
+                       result.output.size() - other->size() <= longest_end;
+  if (!is_lost && !(other && to.looks_ahead() && to.read(*other) == to.read(result.output))) {
+    Result shown;
+    shown.output = other.value_or("");
+    report("uconv", from.name + " " + to.name, from, to, text, result, &shown);
+  }
+}
+
+void check(Charset& from, Charset& to, i18n_text_converter_t* converter, bool has_uconv) {
   const std::string text = random_text(from, to);
   ++texts;
   const Result whole = convert(converter, text, 0);
   check_iconv(from, to, text, whole);
+  if (from.common.size() + to.common.size() > 0) check_common(from, to, text, whole);
+  if (has_uconv && random_below(20) == 0) check_uconv(from, to, text, whole);
   for (const size_t most : {1, 7, 300}) {
     ++cuts;
     const Result pieces = convert(converter, text, most);
@@ -375,6 +492,8 @@ void check(Charset& from, Charset& to, i18n_text_converter_t* converter) {
     return report("status", from.name, from, to, text, whole);
   }
   const size_t position = whole.error.position;
+  // Inside of a long run it is where the character is.
+  if (from.type == UCNV_IMAP_MAILBOX && text.size() > 250) return;
   const auto before = convert_slowly(from, to, text.substr(0, position));
   if (!before) return report("position, does not convert", from.name, from, to, text, whole);
   // A character can be several code points of which only some are lacking.
@@ -411,7 +530,12 @@ int main(int argc, char** argv) {
     for (const char* standard : {"MIME", "IANA"}) {
       UErrorCode status = U_ZERO_ERROR;
       const char* name = ucnv_getStandardName(charset->name.c_str(), standard, &status);
-      if (name != nullptr && is_known_alike(*charset, name)) charset->iconv_name = name;
+      if (name == nullptr) continue;
+      if (is_known_alike(*charset, name)) {
+        charset->iconv_name = charset->common_name = name;
+      } else if (charset->common_name.empty()) {
+        find_common(*charset, name);
+      }
     }
     charsets.push_back(std::move(charset));
   }
@@ -431,15 +555,17 @@ int main(int argc, char** argv) {
                       i18n_text_status_text(status));
           return 1;
         }
-        for (int i = 0; i < 4; ++i) check(*from, *to, converter);
+        for (int i = 0; i < 4; ++i) check(*from, *to, converter, partners == 0);
         i18n_text_close(converter);
       }
     }
   } while (has_time());
   std::printf(
-      "%llu texts, %llu of them with an error, %llu conversions in pieces, %llu by iconv(3)\n",
+      "%llu texts, %llu of them with an error, %llu conversions in pieces, %llu by iconv(3), "
+      "%llu by uconv\n",
       static_cast<unsigned long long>(texts), static_cast<unsigned long long>(errors),
-      static_cast<unsigned long long>(cuts), static_cast<unsigned long long>(beside_iconv));
+      static_cast<unsigned long long>(cuts), static_cast<unsigned long long>(beside_iconv),
+      static_cast<unsigned long long>(beside_uconv));
   for (const auto& [kind, names] : faults) {
     for (const auto& [name, count] : names) {
       std::printf("%s: %s: %d\n", kind.c_str(), name.c_str(), count);
