@@ -138,19 +138,27 @@ TEST(OutOfMemory, AtTheFirstUseLeavesNothingHalfMade) {
   }
 }
 
+// Returns how often that threw.
+int fail_each_allocation(const Call& call, const std::function<void()>& prepare) {
+  prepare();
+  const std::string expected = run(call, no_limit);
+  int throws = 0;
+  bool was_needed = true;
+  for (int allowed = 0; was_needed; ++allowed) {
+    prepare();
+    const std::string first = run(call, allowed, &was_needed);
+    EXPECT_TRUE(first == expected || first == threw) << call.name << ' ' << allowed << first;
+    if (first != threw) prepare();
+    EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
+    throws += first == threw;
+  }
+  return throws;
+}
+
 TEST(OutOfMemory, LeavesTheLibraryUsable) {
   prepare_icu();
   int throws = 0;
-  for (const Call& call : get_calls()) {
-    const std::string expected = run(call, no_limit);
-    bool was_needed = true;
-    for (int allowed = 0; was_needed; ++allowed) {
-      const std::string first = run(call, allowed, &was_needed);
-      EXPECT_TRUE(first == expected || first == threw) << call.name << ' ' << allowed << first;
-      EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
-      throws += first == threw;
-    }
-  }
+  for (const Call& call : get_calls()) throws += fail_each_allocation(call, [] {});
   EXPECT_GT(throws, 100);
 }
 
@@ -168,22 +176,12 @@ TEST(OutOfMemory, LeavesWhatHandlesHold) {
       {leave_a_shift, {"from", [] { return convert("SCSU", "a\xe9", "US-ASCII"); }}},
       {leave_a_shift, {"from, reset", [] { return convert_easy("SCSU", "a", "UTF-16"); }}},
   };
-  for (const auto& one : cases) {
-    const Call& call = one.second;
-    const auto prepare = [&one] {
+  for (const auto& [leave, call] : cases) {
+    fail_each_allocation(call, [leave = leave] {
       convert_easy("UTF-8", "", "UTF-8");
       convert_easy("SCSU", "", "US-ASCII");
-      one.first();
-    };
-    prepare();
-    const std::string expected = run(call, no_limit);
-    bool was_needed = true;
-    for (int allowed = 0; was_needed; ++allowed) {
-      prepare();
-      if (run(call, allowed, &was_needed) == threw) {
-        EXPECT_EQ(run(call, no_limit), expected) << call.name << ", after allocation " << allowed;
-      }
-    }
+      leave();
+    });
   }
 }
 

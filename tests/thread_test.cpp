@@ -256,19 +256,18 @@ TEST(SmallStack, IsEnoughForEveryCall) {
 #endif
   for (const Call& call : get_calls()) {
     run_in_new_process([&call, stack_size] {
-      std::pair<const Call*, std::string> work = {&call, {}};
+      static std::string result;
       const auto run = [](void* argument) -> void* {
-        auto* const own = static_cast<std::pair<const Call*, std::string>*>(argument);
-        own->second = own->first->run();
+        result = static_cast<const Call*>(argument)->run();
         return nullptr;
       };
       pthread_attr_t attributes;
       pthread_attr_init(&attributes);
       ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
       pthread_t thread;
-      ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+      ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<Call*>(&call)), 0);
       pthread_join(thread, nullptr);
-      EXPECT_EQ(work.second, call.run()) << call.name;
+      EXPECT_EQ(result, call.run()) << call.name;
     });
   }
 }

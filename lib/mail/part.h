@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "mail/call.h"
 #include "mail/encodings.h"
 #include "mail/lines.h"
 
@@ -20,15 +19,16 @@ inline size_t measure_base64_lines(size_t bytes) {
   return size == 0 ? 0 : size + line_end.size();
 }
 
-// Each writes something and returns its end.
-inline char* put_base64_lines(char* out, std::string_view bytes) {
-  if (bytes.empty()) return out;
+inline void put_base64_lines(char* out, std::string_view bytes) {
+  if (bytes.empty()) return;
   char* const end = transfer::put_base64_lines(out, to_unsigned(bytes), bytes.size(), line_columns);
-  return transfer::put_line_break(end);
+  transfer::put_line_break(end);
 }
-inline char* put(char* out, std::string_view text) {
-  std::memcpy(out, text.data(), text.size());
-  return out + text.size();
+
+inline void append_base64_lines(std::string& text, std::string_view bytes) {
+  const size_t begin = text.size();
+  text.resize(begin + measure_base64_lines(bytes.size()));
+  put_base64_lines(text.data() + begin, bytes);
 }
 
 }  // namespace mail

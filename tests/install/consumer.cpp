@@ -28,7 +28,6 @@ int main() {
   const bool right = body_table.get_number_qp_encoded_bytes("a=\xFC") == 2 && copy.is_legal() &&
                      std::string(get_encoding_str(generic.get_encoding_type())) == "Base64" &&
                      i18n::open_ucnv_converter("no such charset") == nullptr && printed == 2;
-  std::cout << get_encoding_str(I18N_MIME_QP) << ", " << copy.get_num_bytes_avail()
-            << " bytes a word, " << printed << " messages" << (right ? "\n" : ": wrong\n");
+  std::cout << copy.get_num_bytes_avail() << " bytes a word" << (right ? "\n" : ": wrong\n");
   return right ? 0 : 1;
 }
