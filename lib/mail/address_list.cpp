@@ -168,9 +168,6 @@ class ListReader {
   std::vector<Item> items_;
 };
 
-struct Free {
-  void operator()(i18n_mail_address_t* block) const { std::free(block); }
-};
 using Block = std::unique_ptr<i18n_mail_address_t, Free>;
 
 // The items and, behind them, their strings.

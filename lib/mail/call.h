@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -26,10 +27,23 @@ struct Failure {
 
 using text::check_memory;
 
-inline char* copy_result(const std::string& text) {
-  auto* result = static_cast<char*>(std::malloc(text.size() + 1));
-  if (result == nullptr) throw std::bad_alloc();
-  std::memcpy(result, text.c_str(), text.size() + 1);
+struct Free {
+  void operator()(void* block) const { std::free(block); }
+};
+// NUL-terminated.
+using Result = std::unique_ptr<char, Free>;
+
+// Room for so many characters and the NUL.
+inline Result allocate_result(size_t size) {
+  Result result(static_cast<char*>(std::malloc(size + 1)));
+  if (!result) throw std::bad_alloc();
+  return result;
+}
+
+inline Result to_result(Result result) { return result; }
+inline Result to_result(const std::string& text) {
+  Result result = allocate_result(text.size());
+  std::memcpy(result.get(), text.c_str(), text.size() + 1);
   return result;
 }
 
@@ -51,9 +65,9 @@ void run(i18n_mail_error_t* error, Run run) noexcept {
 
 template <class Make>
 char* call(i18n_mail_error_t* error, Make make) noexcept {
-  char* result = nullptr;
-  run(error, [&] { result = copy_result(make()); });
-  return result;
+  Result result;
+  run(error, [&] { result = to_result(make()); });
+  return result.release();
 }
 
 }  // namespace mail

@@ -1,8 +1,10 @@
 #include "mail/charset_rules.h"
 
 #include <algorithm>
+#include <bitset>
 
 #include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace mail {
 
@@ -105,6 +107,11 @@ bool is_in(std::span<const Range> ranges, uint32_t value) {
   return after != ranges.begin() && value <= after[-1].last;
 }
 
+bool is_barred(const CharsetRules& rules, uint32_t character) {
+  return is_in(c1_controls, character) || is_in(private_use, character) ||
+         character >= private_planes || is_in(rules.barred, character);
+}
+
 size_t measure_code(Codes codes, bool is_double, unsigned char lead) {
   if (codes == Codes::kIso2022Jp) return is_double ? 2 : 1;
   constexpr Range half_width = {0xA1, 0xDF};
@@ -122,15 +129,38 @@ const CharsetRules* find_charset_rules(std::string_view standard_name) {
   return found != std::end(charsets) ? found : nullptr;
 }
 
+bool has_barred(const CharsetRules& rules, std::string_view utf8) {
+  constexpr uint32_t ascii_end = 0x80;
+  const bool bars_ascii = !rules.barred.empty() && rules.barred.front().first < ascii_end;
+  // Most pages of characters have nothing that is barred.
+  constexpr unsigned page_bits = 8;
+  std::bitset<(private_planes >> page_bits)> pages;
+  const auto mark = [&pages](Range range) {
+    for (uint32_t page = range.first >> page_bits; page <= range.last >> page_bits; ++page) {
+      pages.set(page);
+    }
+  };
+  for (const Range range : {c1_controls, private_use}) mark(range);
+  for (const Range range : rules.barred) mark(range);
+  for (size_t next = 0; next < utf8.size();) {
+    if (U8_IS_SINGLE(utf8[next]) && !bars_ascii) {
+      ++next;
+      continue;
+    }
+    uint32_t character;
+    U8_NEXT_UNSAFE(utf8.data(), next, character);
+    const bool is_fine = character < private_planes && !pages[character >> page_bits];
+    if (!is_fine && is_barred(rules, character)) return true;
+  }
+  return false;
+}
+
 size_t find_barred(const CharsetRules& rules, std::u16string_view units) {
   for (size_t next = 0; next < units.size();) {
     const size_t index = next;
     uint32_t character;
     U16_NEXT(units.data(), next, units.size(), character);
-    if (is_in(c1_controls, character) || is_in(private_use, character) ||
-        character >= private_planes || is_in(rules.barred, character)) {
-      return index;
-    }
+    if (is_barred(rules, character)) return index;
   }
   return units.size();
 }
@@ -148,11 +178,12 @@ size_t find_barred_code(const CharsetRules& rules, std::string_view bytes) {
     }
     const size_t size =
         measure_code(rules.codes, is_double, static_cast<unsigned char>(bytes[index]));
-    uint32_t code = 0;
-    for (const char byte : bytes.substr(index, size)) {
-      code = code << 8 | static_cast<unsigned char>(byte);
+    if (size == 2 && index + 1 < bytes.size()) {
+      const uint32_t code = static_cast<unsigned char>(bytes[index]) << 8 |
+                            static_cast<unsigned char>(bytes[index + 1]);
+      const auto has_code = [code](Range range) { return is_in(range, code); };
+      if (std::ranges::any_of(rules.barred_codes, has_code)) return index;
     }
-    if (size > 1 && is_in(rules.barred_codes, code)) return index;
     index += size;
   }
   return bytes.size();

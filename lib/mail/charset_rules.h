@@ -34,6 +34,8 @@ struct CharsetRules {
 // Null when there is none for ICU's MIME or IANA name.
 const CharsetRules* find_charset_rules(std::string_view standard_name);
 
+// Whether a text in UTF-8 has a character that is barred.
+bool has_barred(const CharsetRules& rules, std::string_view utf8);
 // The index of the first character, or of the first byte of the first code, that is barred; the
 // size when none is.
 size_t find_barred(const CharsetRules& rules, std::u16string_view units);

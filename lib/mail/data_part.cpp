@@ -10,9 +10,10 @@ namespace mail {
 
 namespace {
 
-std::string make_part(const MediaType& type, std::string_view fields, std::string_view data) {
-  std::string part = make_part_head(make_content_type("", type, "").append(fields), "base64");
-  append_base64_lines(part, data);
+Result make_part(const MediaType& type, std::string_view fields, std::string_view data) {
+  const std::string head = make_part_head(make_content_type("", type, "").append(fields), "base64");
+  Result part = allocate_result(head.size() + measure_base64_lines(data.size()));
+  *put_base64_lines(put(part.get(), head), data) = '\0';
   return part;
 }
 
@@ -20,12 +21,12 @@ MediaType read_type(const char* type) {
   return read_media_type(view(type), TypeNames::kTypeAndSubtype, "");
 }
 
-std::string make_data_part(const char* type, std::string_view data) {
+Result make_data_part(const char* type, std::string_view data) {
   return make_part(read_type(type), "", data);
 }
 
-std::string make_attachment(const char* type_name, const char* name, size_t length,
-                            const char* charset, std::string_view data) {
+Result make_attachment(const char* type_name, const char* name, size_t length, const char* charset,
+                       std::string_view data) {
   const MediaType type = read_type(type_name);
   const std::string_view family = type.name.substr(0, type.name.find('/'));
   if (is_same_name(family, "message") || is_same_name(family, "multipart")) {

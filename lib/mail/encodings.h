@@ -23,6 +23,13 @@ constexpr EscapeTable make_escape_table(IsLiteral is_literal) {
   return table;
 }
 
+// For count_escapes(), which counts any bytes.
+constexpr EscapeTable mark_bytes(std::string_view bytes) {
+  EscapeTable table{};
+  for (const char byte : bytes) table[static_cast<unsigned char>(byte)] = 1;
+  return table;
+}
+
 inline const unsigned char* to_unsigned(std::string_view bytes) {
   return reinterpret_cast<const unsigned char*>(bytes.data());
 }

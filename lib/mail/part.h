@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "mail/call.h"
 #include "mail/encodings.h"
 #include "mail/lines.h"
 
@@ -19,16 +20,15 @@ inline size_t measure_base64_lines(size_t bytes) {
   return size == 0 ? 0 : size + line_end.size();
 }
 
-inline void put_base64_lines(char* out, std::string_view bytes) {
-  if (bytes.empty()) return;
+// Each writes something and returns its end.
+inline char* put_base64_lines(char* out, std::string_view bytes) {
+  if (bytes.empty()) return out;
   char* const end = transfer::put_base64_lines(out, to_unsigned(bytes), bytes.size(), line_columns);
-  transfer::put_line_break(end);
+  return transfer::put_line_break(end);
 }
-
-inline void append_base64_lines(std::string& text, std::string_view bytes) {
-  const size_t begin = text.size();
-  text.resize(begin + measure_base64_lines(bytes.size()));
-  put_base64_lines(text.data() + begin, bytes);
+inline char* put(char* out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
 }
 
 }  // namespace mail

@@ -3,19 +3,32 @@
 #include <vector>
 
 #include "mail/call.h"
+#include "mail/encodings.h"
+#include "text/icu/converter_types.h"
 
 namespace mail {
 
-SourceCharset::SourceCharset(const char* charset) {
-  if (names_utf8(charset)) return;
-  converter_ = text::open_lossless(charset);
+SourceCharset::SourceCharset(const char* charset) : name_(charset), is_utf8_(names_utf8(charset)) {
+  if (is_utf8_) return;
+  tables_ = text::find_charset(charset);
+  const bool is_fit = tables_ != nullptr && text::has_no_states(tables_->type());
+  if (!is_fit) get_converter();
+}
+
+UConverter* SourceCharset::get_converter() const {
+  if (!converter_) converter_ = text::open_lossless(name_);
   if (!converter_) fail(I18N_MAIL_UNKNOWN_CHARSET);
+  return converter_.get();
 }
 
 namespace {
 
+// Where line ends and other forbidden characters begin, and some others with them.
+constexpr EscapeTable line_end_marks = mark_bytes({"\0\n\v\f\r\x1C\x1D\x1E\xC2\xE2", 10});
+
 template <class IsForbidden>
 size_t find_line_end(std::string_view text, IsForbidden is_forbidden) {
+  if (count_escapes(line_end_marks, text) == 0) return text.npos;
   for (size_t i = 0; i < text.size(); ++i) {
     if (is_forbidden(text[i])) return i;
     const bool is_lead = text[i] == '\xC2' || text[i] == '\xE2';
@@ -45,14 +58,18 @@ size_t find_forbidden_in_list(std::string_view text) {
 
 Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
            FindForbidden find_forbidden)
-    : converter_(charset.converter()), bytes_(bytes, length) {
-  if (converter_ == nullptr) {
+    : charset_(charset), bytes_(bytes, length) {
+  const auto route = text::Route::find(charset.tables(), text::find_charset("UTF-8"), length,
+                                       text::Invisible::kRefused);
+  if (charset.is_utf8()) {
     utf8_ = bytes_;
     const size_t invalid = find_invalid(utf8_);
     if (invalid < utf8_.size()) fail(I18N_MAIL_INVALID_TEXT, invalid);
+  } else if (route && convert_by_tables(*route, bytes_, converted_)) {
+    utf8_ = converted_;
   } else {
     std::u16string units;
-    const Outcome read = to_unicode(converter_, bytes_, units);
+    const Outcome read = to_unicode(charset.get_converter(), bytes_, units);
     const size_t lone_surrogate = to_utf8(units, converted_);
     if (lone_surrogate != units.npos)
       fail(I18N_MAIL_INVALID_TEXT, find_unit_position(lone_surrogate));
@@ -77,9 +94,9 @@ size_t Text::find_position(size_t index) const {
 
 size_t Text::find_unit_position(size_t unit) const {
   std::u16string units;
-  if (converter_ != nullptr) {
+  if (!charset_.is_utf8()) {
     std::vector<size_t> offsets;
-    to_unicode(converter_, bytes_, units, &offsets);
+    to_unicode(charset_.get_converter(), bytes_, units, &offsets);
     return unit < offsets.size() ? offsets[unit] : bytes_.size();
   }
   std::string before;

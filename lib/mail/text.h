@@ -14,10 +14,16 @@ class SourceCharset {
  public:
   // Fails when ICU does not know it. Null is UTF-8.
   explicit SourceCharset(const char* charset);
-  UConverter* converter() const { return converter_.get(); }  // null for UTF-8
+  bool is_utf8() const { return is_utf8_; }
+  // Null when there can be no tables.
+  const text::Charset* tables() const { return tables_; }
+  UConverter* get_converter() const;
 
  private:
-  text::ConverterPtr converter_;
+  const char* name_;
+  bool is_utf8_;
+  const text::Charset* tables_ = nullptr;
+  mutable text::ConverterPtr converter_;  // opened when tables are not enough
 };
 
 // Each gives the index of the first character that must not stand there; npos when there is none.
@@ -30,7 +36,7 @@ size_t find_forbidden_in_list(std::string_view text);  // CR and LF are blanks t
 
 class Text {
  public:
-  // Borrows the bytes. Fails when they are not of the charset, or have a character that is
+  // Borrows all. Fails when they are not of the charset, or have a character that is
   // forbidden.
   Text(const SourceCharset& charset, const char* bytes, size_t length,
        FindForbidden find_forbidden);
@@ -46,7 +52,7 @@ class Text {
  private:
   size_t find_unit_position(size_t unit) const;
 
-  UConverter* converter_;
+  const SourceCharset& charset_;
   std::string_view bytes_;
   std::string_view utf8_;
   std::string converted_;

@@ -13,8 +13,9 @@ namespace mail {
 
 namespace {
 
-constexpr EscapeTable body_escapes =
-    make_escape_table([](char c) { return is_printable(c) && c != '='; });
+// Line ends are written as they are.
+constexpr EscapeTable body_escapes = make_escape_table(
+    [](char c) { return (is_printable(c) && c != '=') || is_one_of(c, line_end); });
 
 // What some take for the line of a mailbox file, or for the end of a mail, and what every boundary
 // begins with: a text can have no line that ends its part.
@@ -27,34 +28,34 @@ bool begins_badly(std::string_view line) {
          line.starts_with(boundary_mark);
 }
 
-// Calls take(line), which says whether to go on, with each line and without its end.
-template <class Take>
-void for_each_line(std::string_view text, Take take) {
-  while (!text.empty()) {
-    const size_t end = std::min(text.find(line_end), text.size());
-    if (!take(text.substr(0, end))) return;
-    text.remove_prefix(std::min(end + line_end.size(), text.size()));
-  }
-}
+// The lines of a text one by one, without their ends, which are LF, CR LF or CR.
+class LineReader {
+ public:
+  explicit LineReader(std::string_view text) : text_(text) {}
 
-// With CR LF at the end of every line, whatever was there.
-std::string end_lines(std::string_view text) {
-  std::string lines;
-  lines.reserve(text.size() + text.size() / 32 + line_end.size());
-  size_t carriage_return = 0, line_feed = 0;
-  for (size_t begin = 0; begin < text.size();) {
-    // Each is looked for again only when it was passed, so that a text without one takes no longer.
-    const auto update = [&](size_t& next, char c) {
-      if (next < begin || begin == 0) next = std::min(text.find(c, begin), text.size());
-    };
-    update(carriage_return, line_end[0]);
-    update(line_feed, line_end[1]);
-    const size_t end = std::min(carriage_return, line_feed);
-    lines.append(text, begin, end - begin).append(line_end);
-    begin = end + (end + 1 == line_feed ? line_end.size() : 1);
+  bool at_end() const { return begin_ == text_.size(); }
+  // Whether the line that was read last had an end.
+  bool was_ended() const { return was_ended_; }
+  std::string_view read() {
+    // Looked for again only when it was passed, so that a text without one takes no longer.
+    if (carriage_return_ < begin_ || begin_ == 0) carriage_return_ = find(line_end[0]);
+    const size_t line_feed = find(line_end[1]);
+    const size_t end = std::min(carriage_return_, line_feed);
+    const std::string_view line = text_.substr(begin_, end - begin_);
+    const bool has_both = end + 1 == line_feed && line_feed < text_.size();
+    was_ended_ = end < text_.size();
+    begin_ = std::min(end + (has_both ? line_end.size() : 1), text_.size());
+    return line;
   }
-  return lines;
-}
+
+ private:
+  size_t find(char c) const { return std::min(text_.find(c, begin_), text_.size()); }
+
+  std::string_view text_;
+  size_t begin_ = 0;
+  size_t carriage_return_ = 0;
+  bool was_ended_ = false;
+};
 
 // Whether a line that begins in ASCII has no control but TAB and escape sequences, which may stand
 // there, and ends in ASCII.
@@ -74,80 +75,168 @@ bool is_plain(std::string_view line, bool with_escapes) {
 }
 
 bool needs_no_encoding(std::string_view text, bool with_escapes) {
-  bool needs_none = true;
-  for_each_line(text, [&](std::string_view line) {
-    needs_none = line.size() <= line_columns && !begins_badly(line) && !line.ends_with(' ') &&
-                 !line.ends_with('\t') && is_plain(line, with_escapes);
-    return needs_none;
-  });
-  return needs_none;
-}
-
-// The forms of a line, cut into lines of the mail.
-void append_quoted_line(std::string& text, std::string_view forms) {
-  for (;;) {
-    size_t room = line_columns;
-    if (begins_badly(forms)) {
-      append_escape(text, forms.front());
-      room -= transfer::escape_size;
-      forms.remove_prefix(1);
+  for (LineReader lines(text); !lines.at_end();) {
+    const std::string_view line = lines.read();
+    if (line.size() > line_columns || begins_badly(line) || line.ends_with(' ') ||
+        line.ends_with('\t') || !is_plain(line, with_escapes)) {
+      return false;
     }
-    if (forms.size() <= room) break;
-    const size_t end = transfer::cut_forms(forms.data(), room - 1);
-    text.append(forms, 0, end).append("=").append(line_end);
-    forms.remove_prefix(end);
   }
-  text.append(forms).append(line_end);
+  return true;
 }
 
-// Appends the text in quoted-printable, but gives up when that takes more than `most`.
-bool append_quoted(std::string& text, std::string_view bytes, size_t most) {
-  const size_t limit = text.size() + most;
-  std::string forms;
-  for_each_line(bytes, [&](std::string_view line) {
-    const bool ends_in_blank = line.ends_with(' ');
-    if (ends_in_blank) line.remove_suffix(1);
-    forms.clear();
-    append_forms(forms, body_escapes, line);
-    if (ends_in_blank) append_escape(forms, ' ');
-    append_quoted_line(text, forms);
-    return text.size() <= limit;
-  });
-  return text.size() <= limit;
+// With CR LF at the end of every line.
+size_t measure_lines(std::string_view text) {
+  static constexpr EscapeTable line_feed = mark_bytes("\n");
+  const bool is_ended = text.empty() || is_one_of(text.back(), line_end);
+  const size_t size = text.size() + (is_ended ? 0 : line_end.size());
+  const size_t line_feeds = count_escapes(line_feed, text);
+  size_t carriage_returns = 0, pairs = 0;
+  for (size_t i = text.find(line_end[0]); i != text.npos; i = text.find(line_end[0], i + 1)) {
+    ++carriage_returns;
+    pairs += text.substr(i).starts_with(line_end) ? 1 : 0;
+  }
+  return size + line_feeds + carriage_returns - 2 * pairs;
 }
 
-// What quoted-printable takes at least. Line ends are written as they are.
-size_t measure_quoted(std::string_view bytes) {
-  const auto lines = static_cast<size_t>(std::ranges::count(bytes, line_end.back()));
-  return measure_forms(body_escapes, bytes) - lines * line_end.size() * (transfer::escape_size - 1);
+char* put_lines(char* out, std::string_view text) {
+  for (LineReader lines(text); !lines.at_end();) out = put(put(out, lines.read()), line_end);
+  return out;
 }
 
-std::string make_text_part(const char* subtype, const char* bytes, size_t length,
-                           const char* charset, const char* mail_charset) {
+std::string end_lines(std::string_view text) {
+  std::string lines(measure_lines(text), '\0');
+  put_lines(lines.data(), text);
+  return lines;
+}
+
+char* put_base64(char* out, std::string_view text) {
+  constexpr size_t lines_at_once = 16;
+  char bytes[lines_at_once * line_columns / transfer::group_chars * transfer::group_bytes];
+  size_t size = 0;
+  const auto add = [&](std::string_view more) {
+    while (!more.empty()) {
+      const std::string_view fitting = more.substr(0, sizeof bytes - size);
+      put(bytes + size, fitting);
+      size += fitting.size();
+      more.remove_prefix(fitting.size());
+      if (size < sizeof bytes) continue;
+      out = put_base64_lines(out, {bytes, size});
+      size = 0;
+    }
+  };
+  for (LineReader lines(text); !lines.at_end(); add(line_end)) add(lines.read());
+  return put_base64_lines(out, {bytes, size});
+}
+
+// Writes the lines of a text in quoted-printable as long as there may be more.
+class QuotedWriter {
+ public:
+  // Behind the limit there must be room for this.
+  static constexpr size_t slack = 2 * line_columns;
+
+  QuotedWriter(char* out, const char* limit) : out_(out), limit_(limit) {}
+
+  // Returns the end, or null when the limit was reached.
+  char* write(std::string_view text) {
+    for (size_t kept = 0; !text.empty();) {
+      std::string_view piece = text.substr(0, longest_piece);
+      text.remove_prefix(piece.size());
+      // CR LF are one end.
+      if (piece.ends_with(line_end[0]) && !text.empty()) {
+        text = {text.data() - 1, text.size() + 1};
+        piece.remove_suffix(1);
+      }
+      const char* const end =
+          transfer::put_forms(forms_ + kept, body_escapes.data(), to_unsigned(piece), piece.size());
+      kept = 0;
+      for (LineReader lines({forms_, end}); !lines.at_end();) {
+        const std::string_view line = lines.read();
+        const bool is_whole = lines.was_ended() || text.empty();
+        const std::string_view rest = put_line(line, is_whole);
+        if (out_ > limit_) return nullptr;
+        if (is_whole) continue;
+        kept = rest.size();
+        std::memmove(forms_, rest.data(), kept);
+      }
+    }
+    return out_;
+  }
+
+ private:
+  static constexpr size_t longest_piece = 1024;
+
+  // Cuts the forms of a line into lines of the mail. Returns what has to wait for the rest of it.
+  std::string_view put_line(std::string_view forms, bool is_whole) {
+    const bool ends_in_blank = is_whole && forms.ends_with(' ');
+    const size_t blank = ends_in_blank ? transfer::escape_size : 0;
+    if (ends_in_blank) forms.remove_suffix(1);
+    while (is_whole || forms.size() > line_columns) {
+      size_t room = line_columns;
+      if (begins_badly(forms)) {
+        out_ = transfer::put_escape(out_, static_cast<unsigned char>(forms.front()));
+        room -= transfer::escape_size;
+        forms.remove_prefix(1);
+      }
+      const bool is_last = forms.size() + blank <= room;
+      const size_t size = is_last
+                              ? forms.size()
+                              : transfer::cut_forms(forms.data(), std::min(room - 1, forms.size()));
+      std::memcpy(out_, forms.data(), line_columns);
+      out_ += size;
+      forms.remove_prefix(size);
+      if (is_last && ends_in_blank) out_ = transfer::put_escape(out_, ' ');
+      if (!is_last) *out_++ = '=';
+      out_ = transfer::put_line_break(out_);
+      if (is_last || out_ > limit_) break;
+    }
+    return forms;
+  }
+
+  char* out_;
+  const char* const limit_;
+  // What is kept of a line, a piece, and what is read beyond for the sake of speed.
+  char forms_[line_columns + longest_piece * transfer::escape_size + line_columns +
+              transfer::form_slack];
+};
+
+Result make_text_part(const char* subtype, const char* bytes, size_t length, const char* charset,
+                      const char* mail_charset) {
   const MediaType type = read_media_type(view(subtype), TypeNames::kSubtype, "charset");
   const SourceCharset source(charset);
   MailCharset target(mail_charset);
   const Text text(source, bytes, length, find_forbidden_in_body);
-  const std::string lines = end_lines(text.utf8());
-  const bool ascii = is_ascii(lines);
-  const auto body = ascii ? std::optional<std::string_view>(lines) : target.convert(lines);
+  const bool ascii = is_ascii(text.utf8());
+  // Line ends can change the state, and so are converted as they are written.
+  const bool has_escapes = !ascii && target.is_iso_2022_jp();
+  const std::string lines = has_escapes ? end_lines(text.utf8()) : std::string();
+  const auto body =
+      ascii ? std::optional(text.utf8()) : target.convert(has_escapes ? lines : text.utf8());
   if (!body) text.fail_lacking(target);
+
+  const bool is_plain = (ascii || has_escapes) && needs_no_encoding(*body, has_escapes);
+  const size_t size = has_escapes ? body->size() : measure_lines(*body);
+  const size_t base64_size = measure_base64_lines(size);
 
   const std::string parameter = std::string("charset=").append(ascii ? "US-ASCII" : target.name());
   const std::string content_type = make_content_type("text/", type, parameter);
-  const bool has_escapes = !ascii && target.is_iso_2022_jp();
-  if ((ascii || has_escapes) && needs_no_encoding(*body, has_escapes)) {
-    return make_part_head(content_type, "7bit").append(*body);
+  const std::string quoted_head = make_part_head(content_type, "quoted-printable");
+  Result part =
+      allocate_result(quoted_head.size() + std::max(size, base64_size) + QuotedWriter::slack);
+  char* end = nullptr;
+  if (is_plain) {
+    end = put_lines(put(part.get(), make_part_head(content_type, "7bit")), *body);
+  } else if (!has_escapes) {
+    // What it takes at least.
+    const size_t least = measure_forms(body_escapes, *body) + size - body->size();
+    char* const begin = put(part.get(), quoted_head);
+    if (least <= base64_size) end = QuotedWriter(begin, begin + base64_size).write(*body);
   }
-  const size_t base64_size = measure_base64_lines(body->size());
-  std::string part = make_part_head(content_type, "quoted-printable");
-  part.reserve(part.size() + base64_size + longest_line);
-  if (!has_escapes && measure_quoted(*body) <= base64_size &&
-      append_quoted(part, *body, base64_size)) {
-    return part;
+  if (end == nullptr) {
+    char* const begin = put(part.get(), make_part_head(content_type, "base64"));
+    end = has_escapes ? put_base64_lines(begin, *body) : put_base64(begin, *body);
   }
-  part = make_part_head(content_type, "base64");
-  append_base64_lines(part, *body);
+  *end = '\0';
   return part;
 }
 

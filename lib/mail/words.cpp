@@ -45,7 +45,7 @@ Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
 }
 
 void WordMaker::append(std::string& line, size_t begin, const Word& word) {
-  const std::string_view bytes = *charset_.convert(text_.substr(begin, word.end - begin));
+  const std::string_view bytes = charset_.convert_part(begin, word.end);
   line.append("=?").append(charset_.name()).append({'?', static_cast<char>(word.kind), '?'});
   if (word.kind == WordKind::kQ) {
     append_forms(line, escapes_, bytes);
@@ -56,7 +56,7 @@ void WordMaker::append(std::string& line, size_t begin, const Word& word) {
 }
 
 size_t WordMaker::measure(size_t begin, size_t end, WordKind kind) {
-  const std::string_view bytes = *charset_.convert(text_.substr(begin, end - begin));
+  const std::string_view bytes = charset_.convert_part(begin, end);
   return overhead() + (kind == WordKind::kQ ? measure_forms(escapes_, bytes)
                                             : transfer::base64_size(bytes.size()));
 }
@@ -93,7 +93,7 @@ size_t WordMaker::find_cut(size_t begin, size_t longest, IsGood is_good) {
 }
 
 bool WordMaker::is_padded(size_t begin, size_t end) {
-  return charset_.convert(text_.substr(begin, end - begin))->size() % transfer::group_bytes != 0;
+  return charset_.convert_part(begin, end).size() % transfer::group_bytes != 0;
 }
 
 }  // namespace mail

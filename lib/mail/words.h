@@ -28,7 +28,7 @@ struct Word {
 
 class WordMaker {
  public:
-  // The text must be one that the charset has. All is borrowed.
+  // The text must be the one that the charset converted last. All is borrowed.
   WordMaker(MailCharset& charset, const EscapeTable& escapes, std::string_view text)
       : charset_(charset), escapes_(escapes), text_(text) {}
 

@@ -222,6 +222,9 @@ constexpr Call calls[] = {
        return i18n_mail_text(
            "plain", japanese.data(), japanese.size() - 1, "UTF-8", "ISO-2022-JP", error);
      })},
+    {"i18n_mail_text, quoted-printable", mail([](auto* error) {
+       return i18n_mail_text("plain", german.data(), german.size() - 1, "utf8", "latin9", error);
+     })},
     {"i18n_mail_data", mail([](auto* error) {
        return i18n_mail_data("a/b; c=d", japanese.data(), japanese.size(), error);
      })},
