@@ -79,19 +79,26 @@ Progress Route::convert_utf8(Bytes text, unsigned char* out, size_t room) const 
               piece.size() == text.size() ? Stop::kDone : Stop::kFull};
     }
   }
-  Bytes piece = get_piece(text, room);
-  const size_t valid = find_invalid(piece);
-  const bool is_valid = valid == piece.size();
-  piece = piece.first(valid);
-  Progress progress{valid, valid, Stop::kDone};
-  if (to_utf8_) {
-    if (valid != 0) std::memcpy(out, piece.data(), valid);
-  } else {
-    progress = to_->from_utf8(piece, out, room, invisible_);
+  Progress all{0, 0, Stop::kDone};
+  while (all.read != text.size() && all.stop == Stop::kDone) {
+    // Few enough to be in the processor's first cache yet when they are converted.
+    constexpr size_t longest_piece = size_t{16} << 10;
+    constexpr size_t longest_character = 4;
+    const size_t space = room - all.written;
+    const size_t most = to_utf8_ ? space : std::max(space, longest_character);
+    const Bytes piece = get_piece(text.subspan(all.read), std::min(most, longest_piece));
+    if (piece.empty()) return {all.read, all.written, Stop::kFull};
+    const size_t valid = find_invalid(piece);
+    Progress progress{valid, valid, Stop::kDone};
+    if (to_utf8_) {
+      std::memcpy(out + all.written, piece.data(), valid);
+    } else {
+      progress = to_->from_utf8(piece.first(valid), out + all.written, space, invisible_);
+    }
+    if (progress.stop == Stop::kDone && valid != piece.size()) progress.stop = Stop::kRefused;
+    all = {all.read + progress.read, all.written + progress.written, progress.stop};
   }
-  if (progress.stop == Stop::kDone && !is_valid) progress.stop = Stop::kRefused;
-  if (progress.stop == Stop::kDone && valid != text.size()) progress.stop = Stop::kFull;
-  return progress;
+  return all;
 }
 
 Progress Route::convert_by_utf8(Bytes text, unsigned char* out, size_t room) const {

@@ -116,9 +116,21 @@ Progress Table::to_utf8(Bytes text, unsigned char* const out_begin, size_t room)
       }
       if (sure != 0) continue;
     }
-    // Some characters, before the next look for a run.
+    // Some characters, before the next look for a run: of one byte or two, where there is room.
     const unsigned char* const piece_end = in + std::min<std::ptrdiff_t>(in_end - in, 16);
-    do {
+    const std::ptrdiff_t sure =
+        std::min((out_end - out) / std::ptrdiff_t{entry_size}, piece_end - in - 1);
+    for (std::ptrdiff_t count = 0; count < sure && in < piece_end - 1; ++count) {
+      Entry entry = nodes[0][in[0]];
+      const bool is_lead = entry >> mark_shift == lead_mark;
+      if (is_lead) entry = nodes[entry & 0xffffff][in[1]];
+      const size_t utf8_size = entry >> mark_shift;
+      if (utf8_size - 1 >= 3) break;
+      store_low_first(out, entry);
+      in += is_lead ? 2 : 1;
+      out += utf8_size;
+    }
+    while (in < piece_end) {
       Entry entry = nodes[0][*in];
       size_t size = 1;
       if (entry >> mark_shift == lead_mark && in_end - in > 1) {
@@ -139,7 +151,7 @@ Progress Table::to_utf8(Bytes text, unsigned char* const out_begin, size_t room)
       }
       in += size;
       out += utf8_size;
-    } while (in < piece_end);
+    }
   }
   return stop(Stop::kDone);
 }

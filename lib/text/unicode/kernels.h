@@ -4,6 +4,7 @@
 // behind the text.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 
@@ -35,6 +36,24 @@ struct Kernels {
   // Each adds to count.
   size_t (*count_units)(size_t& count, Bytes utf8);  // of UTF-16, in well-formed text
   size_t (*count_high)(size_t& count, Bytes text);   // bytes outside ASCII
+};
+
+// The end of a text, which kernels leave, long enough for them by NULs behind it, one at least.
+class LastStretch {
+ public:
+  static bool fits(Bytes end) { return !end.empty() && end.size() < 2 * kernel_stretch; }
+  explicit LastStretch(Bytes end) : size_(end.size()) { std::copy(end.begin(), end.end(), bytes_); }
+
+  Bytes in_stretches() const {
+    return {bytes_, size_ < kernel_stretch ? kernel_stretch : 2 * kernel_stretch};
+  }
+  // For utf8_to_units(), which needs so much more to come to the end of it.
+  static constexpr size_t units_ahead = 17;
+  Bytes in_steps() const { return {bytes_, size_ + units_ahead}; }
+
+ private:
+  unsigned char bytes_[3 * kernel_stretch] = {};
+  size_t size_;
 };
 
 // All that this build has, best first. The last do nothing, and are there on every processor.

@@ -12,6 +12,13 @@ namespace text {
 size_t count_units(Bytes utf8, const Kernels& kernels) {
   size_t count = 0;
   if (utf8.size() >= kernel_stretch) utf8 = utf8.subspan(kernels.count_units(count, utf8));
+  if (LastStretch::fits(utf8)) {
+    const LastStretch last(utf8);
+    size_t units = 0;
+    if (kernels.count_units(units, last.in_stretches()) != 0) {
+      return count + units - (last.in_stretches().size() - utf8.size());
+    }
+  }
   for (const unsigned char byte : utf8) {
     count += (continues_character(byte) ? 0 : 1) + (byte >= 0xf0 ? 1 : 0);
   }
@@ -23,6 +30,16 @@ size_t put_some_units(char16_t*& out, Bytes utf8, size_t about, const Kernels& k
   if (limit >= kernel_stretch) {
     const size_t done = kernels.utf8_to_units(out, utf8.first(std::min(limit + 2, utf8.size())));
     if (done != 0) return done;
+  }
+  if (utf8.size() < kernel_stretch && LastStretch::fits(utf8)) {
+    // Each NUL that they got to is a unit.
+    const LastStretch last(utf8);
+    char16_t* end = out;
+    const size_t done = kernels.utf8_to_units(end, last.in_steps());
+    if (done >= utf8.size()) {
+      out = end - (done - utf8.size());
+      return utf8.size();
+    }
   }
   // What they leave: a stretch with a character beyond U+FFFF, and the end.
   const size_t end = std::min(limit, kernel_stretch);

@@ -55,6 +55,10 @@ size_t copy_run(unsigned char* out, Bytes text, const AsciiSet& set, const Kerne
 
 size_t find_invalid(Bytes text, const Kernels& kernels) {
   size_t index = text.size() >= kernel_stretch ? kernels.skip_utf8(text) : 0;
+  if (const Bytes rest = text.subspan(index); LastStretch::fits(rest)) {
+    const LastStretch last(rest);
+    if (kernels.skip_utf8(last.in_stretches()) >= rest.size()) return text.size();
+  }
   for (;;) {
     index += count_ascii(text.subspan(index));
     if (index == text.size()) return index;
