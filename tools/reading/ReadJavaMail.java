@@ -8,8 +8,10 @@ import javax.mail.BodyPart;
 import javax.mail.Message;
 import javax.mail.Multipart;
 import javax.mail.Part;
+import javax.mail.Session;
 import javax.mail.internet.InternetAddress;
 import javax.mail.internet.MimeMessage;
+import javax.mail.internet.MimeUtility;
 
 class ReadJavaMail {
   static String json(String text) {
@@ -21,10 +23,10 @@ class ReadJavaMail {
     return '"' + escaped.toString() + '"';
   }
 
-  static String to(MimeMessage mail) throws Exception {
+  static String addresses(MimeMessage mail, Message.RecipientType field) throws Exception {
     List<String> found = new ArrayList<>();
-    for (var to : mail.getRecipients(Message.RecipientType.TO)) {
-      InternetAddress address = (InternetAddress) to;
+    for (var one : mail.getRecipients(field)) {
+      InternetAddress address = (InternetAddress) one;
       found.add("[" + json(address.getPersonal()) + "," + json(address.getAddress()) + "]");
     }
     return found.toString();
@@ -40,13 +42,19 @@ class ReadJavaMail {
   }
 
   public static void main(String[] paths) throws Exception {
+    System.setProperty("mail.mime.allowutf8", "true");
+    Session session = Session.getInstance(System.getProperties());
     for (String path : paths) {
-      MimeMessage mail = new MimeMessage(null, new FileInputStream(path));
+      MimeMessage mail = new MimeMessage(session, new FileInputStream(path));
       boolean parts = mail.isMimeType("multipart/*");
       Part body = parts ? ((Multipart) mail.getContent()).getBodyPart(0) : mail;
       StringBuilder line = new StringBuilder("{\"mail\":" + json(path));
       line.append(",\"subject\":" + attempt(() -> json(mail.getSubject())));
-      line.append(",\"to\":" + attempt(() -> to(mail)));
+      line.append(",\"to\":" + attempt(() -> addresses(mail, Message.RecipientType.TO)));
+      line.append(",\"cc\":" + attempt(() -> addresses(mail, Message.RecipientType.CC)));
+      line.append(",\"date\":" + attempt(() -> "" + mail.getSentDate().getTime() / 1000));
+      line.append(",\"references\":" + attempt(
+          () -> json(MimeUtility.unfold(mail.getHeader("References", null)))));
       line.append(",\"text\":" + attempt(() -> json((String) body.getContent())));
       if (parts && ((Multipart) mail.getContent()).getCount() > 1) {
         BodyPart attachment = ((Multipart) mail.getContent()).getBodyPart(1);

@@ -25,12 +25,16 @@ JARS = "/usr/share/java/javax.mail.jar:/usr/share/java/javax.activation.jar"
 FUNCTIONS = {
     "subject": "header",
     "to": "addresses",
+    "cc": "addresses_utf8",
+    "date": "date",
+    "references": "structured",
     "filename": "attachment",
     "text": "text",
     "data": "multipart",
 }
-# Readers that have no function for the rest.
-ONLY = {"PHP iconv": ["subject"], "PHP mbstring": ["subject"]}
+# Readers that have no function for these.
+WITHOUT = {"Email::MIME": {"date"}, "mblaze": {"date"}}
+WITHOUT |= dict.fromkeys(["PHP iconv", "PHP mbstring"], FUNCTIONS.keys() - {"subject"})
 BEGIN = "<!-- What follows is written by tools/readers --update. -->\n"
 FAULTS = "## The faults\n"
 
@@ -91,6 +95,7 @@ def make(programs, mails):
     for path, mail in mails.items():
         requests += [str(path), mail["charset"], mail["subject"], mail["text"]]
         requests += [str(len(mail["to"])), *(part for address in mail["to"] for part in address)]
+        requests += mail["cc"]
         attachment = ["attachment", mail["filename"], mail["data"]]
         requests += ["plain"] if mail["data"] is None else attachment
     encoded = [one if isinstance(one, bytes) else one.encode() for one in requests]
@@ -104,6 +109,9 @@ def right(mail):
     value = {
         "subject": mail["subject"],
         "to": [[name, faults.ascii_domain(address)] for name, address in mail["to"]],
+        "cc": [["", address] for address in mail["cc"]],
+        "date": texts.DATE,
+        "references": texts.REFERENCES,
         "text": texts.line_ends(mail["text"]),
     }
     if mail["data"] is not None:
@@ -116,8 +124,9 @@ def normal(found):
     if "bytes" in found:
         found["text"] = base64.b64decode(found.pop("bytes")).decode("utf-8", "surrogateescape")
     found = {function: value or "" for function, value in found.items()}
-    if isinstance(found.get("to"), list):
-        found["to"] = [[name or "", address or ""] for name, address in found["to"]]
+    for field in ("to", "cc"):
+        if isinstance(found.get(field), list):
+            found[field] = [[name or "", address or ""] for name, address in found[field]]
     if "text" in found:
         found["text"] = found["text"].replace("\r\n", "\n")
     if "data" in found:
@@ -166,7 +175,7 @@ def judge(found, mails, shown):
     cells, wrong = {}, []
     for reader, per_mail in found.items():
         for function in FUNCTIONS:
-            if function not in ONLY.get(reader, FUNCTIONS):
+            if function in WITHOUT.get(reader, {}):
                 cells[reader, function] = "–"
                 continue
             excuses = [fault for fault, of in shown if (fault.reader, of) == (reader, function)]

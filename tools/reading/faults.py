@@ -19,12 +19,14 @@ MAILS = {
     "file-name-in-sections": {"filename": "012345678910"},
     "file-name-like-a-word": {"filename": "=?UTF-8?Q?Hello?="},
     "file-name-with-blanks": {"filename": " a b "},
+    "file-name-with-brackets": {"filename": "<a b>"},
     "file-name-with-control": {"filename": "a\x7fb"},
     "gb18030": {"subject": "中文", "to": [["中文", "z@example.org"]], "text": "中文\n"},
     "long": {"subject": "a" * 4140, "to": [["a" * 1080, "j@example.org"]], "filename": "a" * 550},
     "name-in-two-words": {"to": [["Jürgen", "j@example.org"]]},
     "name-with-blanks": {"to": [[" Jürgen  Klein ", "j@example.org"]]},
     "name-with-comma": {"to": [["Klein, Jürgen", "j@example.org"]]},
+    "quoted-local-part": {"cc": [["", '"john doe"@example.org']]},
     "part": {"text": "Hello\n"},
     "shift-jis": {"subject": "\\", "to": [["\\", "j@example.org"]], "text": "\\\n"},
     "windows-1252": {"subject": "€", "to": [["€", "e@example.org"]], "text": "€\n"},
@@ -66,6 +68,10 @@ def ascii_domain(address):
 def unicode_domain(address):
     local, domain = address.rsplit("@", 1)
     return f"{local}@{domain.encode().decode('idna')}"
+
+
+def without_quotes(address):
+    return address.replace('"', "")
 
 
 def in_text(change):
@@ -152,6 +158,9 @@ FAULTS = [
           "name-with-blanks", [[[" Jürgen Klein ", "j@example.org"]]], in_text(Spaceless)),
     Fault("Python", "filename", "drops the blanks around a file name",
           "file-name-with-blanks", ["a b"], in_text(str.strip)),
+    Fault("Python", "filename", "takes brackets around a file name for quotes",
+          "file-name-with-brackets", ["a b"],
+          in_text(lambda name: re.sub("^<(.*)>$", r"\1", name, flags=re.DOTALL))),
     Fault("Email::MIME", "subject to text", "does not know GB18030", "gb18030",
           ["=?GB18030?B?1tDOxA==?=", [["=?GB18030?B?1tDOxA==?=", "z@example.org"]],
            "dies: Unknown encoding 'GB18030'"],
@@ -169,6 +178,8 @@ FAULTS = [
            'fails: mail: missing word in phrase: charset not supported: "windows-1252"'], go_fails),
     Fault("Go", "text", "leaves a body in its charset",
           "body-in-koi8-r", ["\udced\udcc9\udcd2\n"], in_its_charset),
+    Fault("Go", "cc", "drops the quotes of a local part",
+          "quoted-local-part", [[["", "john doe@example.org"]]], in_addresses(without_quotes)),
     Fault("GMime", "to", "drops the blanks around a name",
           "name-with-blanks", [[["Jürgen  Klein", "j@example.org"]]],
           in_text(lambda name: name.strip(" \t"))),
@@ -185,6 +196,9 @@ FAULTS = [
           [[["a" * 1023, "j@example.org"]]], when(lambda name: len(name.encode()) > 1022)),
     Fault("mblaze", "to", "splits a list of addresses after decoding it",
           "name-with-comma", [[["Jürgen", "j@example.org"]]], split_addresses),
+    Fault("mblaze", "cc", "splits a quoted local part at its blank",
+          "quoted-local-part", [[['"john', 'doe"@example.org']]],
+          lambda cc, mail: [a.split(" ") if " " in a else [name, a] for name, a in cc]),
     Fault("mblaze", "filename", "cuts a file name after 512 bytes", "long",
           ["a" * 512], when(lambda name: len(name.encode()) > 511)),
     Fault("mblaze", "filename", "shows pictures in place of control characters",
@@ -200,6 +214,8 @@ FAULTS = [
     Fault("postal-mime", "subject to text", "drops U+FEFF at the beginning of a text",
           "byte-order-mark", ["Hello", [["Hello", "j@example.org"]], "Hello\n"],
           in_text(lambda text: text.removeprefix("\ufeff"))),
+    Fault("postal-mime", "cc", "drops the quotes of a local part",
+          "quoted-local-part", [[["", "john doe@example.org"]]], in_addresses(without_quotes)),
     Fault("postal-mime", "filename", "drops U+FEFF at the beginning of a file name",
           "file-name-byte-order-mark", ["Hello"],
           in_text(lambda name: name.removeprefix("\ufeff"))),

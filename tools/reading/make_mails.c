@@ -1,7 +1,7 @@
 /* Makes the mails that a file of requests asks for, with libqorvii18n-mail. What the library
  * refuses is printed. A request is a row of strings: path, charset, subject, text, count of
- * addresses, name and address of each, then "plain", or "attachment", its file name, its data. A
- * string has its length and a line end before it, and a NUL after it. */
+ * addresses, name and address of each, two addresses for Cc, then "plain", or "attachment", its
+ * file name, its data. A string has its length and a line end before it, and a NUL after it. */
 #include <qorvii18n/i18n_mail.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -51,9 +51,13 @@ static void make_mail(const char** cursor) {
     string_t name = next_string(cursor);
     items[i] = (i18n_mail_address_t){name.bytes, name.length, next_string(cursor).bytes};
   }
+  const char* first = next_string(cursor).bytes;
+  i18n_mail_address_t copies[] = {{NULL, 0, first}, {NULL, 0, next_string(cursor).bytes}};
   fputs("MIME-Version: 1.0\r\n", file);
   put(file, "", i18n_mail_addresses("From", items, 1, NULL, charset, &error), "\r\n", path, &error);
   put(file, "", i18n_mail_addresses("To", items, count, NULL, charset, &error), "\r\n", path,
+      &error);
+  put(file, "", i18n_mail_addresses_utf8("Cc", copies, 2, NULL, charset, &error), "\r\n", path,
       &error);
   put(file, "", i18n_mail_header("Subject", subject.bytes, subject.length, NULL, charset, &error),
       "\r\n", path, &error);

@@ -22,8 +22,8 @@ static void print_member(const char* name, const char* text) {
   print_string(text);
 }
 
-static void print_addresses(InternetAddressList* list) {
-  fputs(", \"to\": [", stdout);
+static void print_addresses(const char* name, InternetAddressList* list) {
+  printf(", \"%s\": [", name);
   for (int i = 0; i < internet_address_list_length(list); ++i) {
     InternetAddress* to = internet_address_list_get_address(list, i);
     fputs(i > 0 ? ", [" : "[", stdout);
@@ -59,7 +59,11 @@ int main(int count, char** paths) {
     fputs("{\"mail\": ", stdout);
     print_string(paths[i]);
     print_member("subject", g_mime_message_get_subject(mail));
-    print_addresses(g_mime_message_get_addresses(mail, GMIME_ADDRESS_TYPE_TO));
+    print_addresses("to", g_mime_message_get_addresses(mail, GMIME_ADDRESS_TYPE_TO));
+    print_addresses("cc", g_mime_message_get_addresses(mail, GMIME_ADDRESS_TYPE_CC));
+    GDateTime* date = g_mime_message_get_date(mail);
+    if (date != NULL) printf(", \"date\": %lld", (long long)g_date_time_to_unix(date));
+    print_member("references", g_mime_object_get_header(GMIME_OBJECT(mail), "References"));
     if (GMIME_IS_TEXT_PART(text)) {
       char* content = g_mime_text_part_get_text(GMIME_TEXT_PART(text));
       print_member("text", content);

@@ -10,6 +10,7 @@ import (
 	"mime/quotedprintable"
 	"net/mail"
 	"os"
+	"time"
 )
 
 // What fails is what it reads.
@@ -20,13 +21,17 @@ func attempt(value any, err error) any {
 	return value
 }
 
-func addresses(header mail.Header) (any, error) {
-	list, err := header.AddressList("To")
+func addresses(header mail.Header, field string) (any, error) {
+	list, err := header.AddressList(field)
 	found := [][]string{}
 	for _, address := range list {
 		found = append(found, []string{address.Name, address.Address})
 	}
 	return found, err
+}
+
+func seconds(date time.Time, err error) (any, error) {
+	return date.Unix(), err
 }
 
 func content(encoding string, body io.Reader) (any, error) {
@@ -54,9 +59,12 @@ func main() {
 		}
 		header := message.Header
 		found := map[string]any{
-			"mail":    path,
-			"subject": attempt(new(mime.WordDecoder).DecodeHeader(header.Get("Subject"))),
-			"to":      attempt(addresses(header)),
+			"mail":       path,
+			"subject":    attempt(new(mime.WordDecoder).DecodeHeader(header.Get("Subject"))),
+			"to":         attempt(addresses(header, "To")),
+			"cc":         attempt(addresses(header, "Cc")),
+			"date":       attempt(seconds(header.Date())),
+			"references": header.Get("References"),
 		}
 		_, parameters, _ := mime.ParseMediaType(header.Get("Content-Type"))
 		if boundary, ok := parameters["boundary"]; ok {

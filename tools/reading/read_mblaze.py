@@ -29,6 +29,8 @@ for path in sys.argv[1:]:
         "mail": path,
         "subject": "\n".join(lines("mhdr", "-d", "-h", "subject", path)),
         "to": [address(line) for line in lines("maddr", "-h", "to", path)],
+        "cc": [address(line) for line in lines("maddr", "-h", "cc", path)],
+        "references": "\n".join(lines("mhdr", "-h", "references", path)),
         "bytes": base64.b64encode(run("mshow", "-O", path, str(min(len(parts), 2)))).decode(),
     }
     if len(parts) > 2:

@@ -6,14 +6,19 @@ const [name, ...paths] = process.argv.slice(2);
 const library = require(name);
 const parse = library.simpleParser ?? library.parse;
 
+const addresses = (field) =>
+  (field?.value ?? field)?.map(({ name, address }) => [name, address]) ?? null;
+
 async function read(path) {
   // What it throws is what it reads.
   const mail = await parse(readFileSync(path)).catch((error) => ({ subject: `throws ${error}` }));
-  const to = mail.to?.value ?? mail.to;
   const found = {
     mail: path,
     subject: mail.subject ?? null,
-    to: to?.map(({ name, address }) => [name, address]) ?? null,
+    to: addresses(mail.to),
+    cc: addresses(mail.cc),
+    date: Date.parse(mail.date) / 1000,
+    references: [mail.references].flat().join(' '),
     text: mail.text ?? null,
   };
   if (mail.attachments?.length) {

@@ -2,6 +2,7 @@
 use strict;
 use warnings;
 use Email::MIME;
+use Encode 'decode';
 use JSON::PP;
 use MIME::Base64 'encode_base64';
 
@@ -10,6 +11,11 @@ sub attempt {
     my ($read) = @_;
     my $value = eval { $read->() };
     return $@ ? 'dies: ' . $@ =~ s/ at \S+ line.*//sr : $value;
+}
+
+sub addresses {
+    my ($mail, $field) = @_;
+    return [map { [$_->phrase, decode('UTF-8', $_->address)] } $mail->header_as_obj($field)->addresses];
 }
 
 my $json = JSON::PP->new->ascii;
@@ -21,9 +27,9 @@ for my $path (@ARGV) {
         mail    => $path,
         subject => attempt(sub { $mail->header_str('Subject') }),
         text    => attempt(sub { $parts[0]->body_str }),
-        to      => attempt(sub {
-            [map { [$_->phrase, $_->address] } $mail->header_as_obj('To')->addresses];
-        }),
+        to      => attempt(sub { addresses($mail, 'To') }),
+        cc      => attempt(sub { addresses($mail, 'Cc') }),
+        references => attempt(sub { $mail->header_str('References') }),
     };
     if ($parts[1]) {
         $found->{filename} = attempt(sub { $parts[1]->filename });

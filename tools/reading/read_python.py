@@ -3,6 +3,7 @@ import base64
 import email
 import email.policy
 import json
+import os
 import sys
 
 
@@ -13,6 +14,10 @@ def attempt(read):
         return f"raises {error!r}"
 
 
+def addresses(field):
+    return [[one.display_name, os.fsencode(one.addr_spec).decode()] for one in field.addresses]
+
+
 for path in sys.argv[1:]:
     with open(path, "rb") as file:
         mail = email.message_from_binary_file(file, policy=email.policy.default)
@@ -20,7 +25,10 @@ for path in sys.argv[1:]:
     found = {
         "mail": path,
         "subject": attempt(lambda: mail["Subject"]),
-        "to": attempt(lambda: [[to.display_name, to.addr_spec] for to in mail["To"].addresses]),
+        "to": attempt(lambda: addresses(mail["To"])),
+        "cc": attempt(lambda: addresses(mail["Cc"])),
+        "date": attempt(lambda: mail["Date"].datetime.timestamp()),
+        "references": attempt(lambda: mail["References"]),
         "text": attempt(lambda: mail.get_body().get_content(errors="strict")),
     }
     if attachment:

@@ -10,13 +10,20 @@ rescue StandardError => error
   "raises #{error.inspect}"
 end
 
+def addresses(field)
+  field.addrs.map { |one| [one.display_name, one.address] }
+end
+
 ARGV.each do |path|
   mail = Mail.read(path)
   attachment = mail.attachments.first
   found = {
     mail: path,
     subject: attempt { mail.subject },
-    to: attempt { mail[:to].addrs.map { |to| [to.display_name, to.address] } },
+    to: attempt { addresses(mail[:to]) },
+    cc: attempt { addresses(mail[:cc]) },
+    date: attempt { mail.date.to_time.to_i },
+    references: attempt { mail.references.map { |one| "<#{one}>" }.join(' ') },
     text: attempt { (mail.multipart? ? mail.parts.first : mail).decoded }
   }
   if attachment

@@ -1,5 +1,6 @@
 """The texts that travel through the mails, 60 in each of 11 languages, and where each goes."""
 import random
+import unicodedata
 
 # Eight words and a sentence each. Between them they have combining marks, joiners, several planes,
 # and both directions of writing.
@@ -33,7 +34,7 @@ LANGUAGES = {
 SHAPES = [
     "{0}", "{0} {1}", "{s}", "{l}", "{l}{l}{l}{l}", "{s} " * 30 + "{0}",
     # blanks: outer, double, lone, between words plain and not
-    " {0}", "{0} ", " {0} ", "   {1}   ", "{0}  {1}", "a  b", "  a b", "a b  ", " ", "   ",
+    " {0}", "{0} ", " {0} ", "   {1}   ", "{0}  {1}", "a  b", "  a b", "a b  ", " ", "<{0}>",
     "{0}   plain   {1}", "plain  {0}  plain", "plain {0} plain {1} plain", "a {0} b {1} c {2} d",
     "{0} and then a tail of quite plain words that goes on for more than one line of the mail {1}",
     "plain words that go on for more than one line of the mail, and another, before {2}",
@@ -70,6 +71,9 @@ CHARSETS = {
     "Korean": ["EUC-KR"], "Emoji": ["GB18030"], "Hindi": ["UTF-8"],
 }
 
+DATE = 1795438800
+REFERENCES = ("<0123456789abcdef0123456789abcdef@example.org>"
+              " <0123456789abcdef0123456789abcdef@example.net>")
 LOCALS = ["j", "klein.j", "a+b_c-d", "me?!#$%&'*/=^`{|}~"]
 DOMAINS = ["example.org", "mail.example.org", "example.net", "b-1.example"]
 DOMAINS_BEYOND_ASCII = ["bücher.example", "xn--bcher-kva.example", "例え.example", "Ελλάδα.example"]
@@ -79,6 +83,11 @@ def line_ends(text):
     """As a body ends its lines once it was read: each with one LF, the last one, too."""
     text = text.replace("\r\n", "\n").replace("\r", "\n")
     return text if text.endswith("\n") or not text else text + "\n"
+
+
+def without_format(word):
+    """Without the characters that local parts must not have."""
+    return "".join(c for c in word if unicodedata.category(c) != "Cf")
 
 
 def encodable(text, charset):
@@ -109,6 +118,7 @@ def mails():
                     "subject": text,
                     "to": [(name, f"{local}@{domain}")
                            for name, local, domain in zip(names, LOCALS, domains, strict=True)],
+                    "cc": [f"{without_format(words[number % 8])}@example.org", '"john doe"@example.org'],
                     "text": body,
                     "filename": text + ".pdf" * (number % 2),
                     "data": chance.randbytes(number * 7 % 200) if kind == 0 else None,
