@@ -361,8 +361,8 @@ TEST(MailText, IsSentAsReadersGetItWhole) {
 }
 
 TEST(MailType, HasParameters) {
-  EXPECT_EQ(text_part("", nullptr, nullptr, "calendar;method=REQUEST ; x=\"; y=\"").text,
-      part("text/calendar; charset=US-ASCII; method=REQUEST; x=\"; y=\"", "7bit", ""));
+  EXPECT_EQ(text_part("", nullptr, nullptr, "calendar;a=b*c ; d='%;e=\"; y=\"").text,
+      part("text/calendar; charset=US-ASCII; a=\"b*c\"; d=\"'%\"; e=\"; y=\"", "7bit", ""));
   EXPECT_EQ(data_part("", "text/plain; Charset=ISO-8859-15; boundary=\"\"").text,
       part("text/plain; Charset=ISO-8859-15; boundary=\"\"", "base64", ""));
   // a fold leaves room for the ';' of what follows

@@ -187,7 +187,7 @@ QORVII18N_MAIL_EXPORT char* i18n_mail_parameter(const char* name, const char* va
 /// @param subtype  A token of 1 to 127 characters such as `plain` or `html`. Parameters can follow,
 /// such as `plain; format=flowed`, but no charset: each a ';', a name as for i18n_mail_parameter()
 /// that no other has, '=', and a token or a quoted string of printable ASCII without backslash and
-/// "=?". Blanks may stand around the ';'.
+/// "=?". Blanks may stand around the ';'. Tokens that some readers misread are written in quotes.
 /// @param text  The text.
 /// @param length  Its length.
 /// @param charset  Its charset.

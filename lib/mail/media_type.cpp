@@ -88,15 +88,20 @@ MediaType read_media_type(std::string_view text, TypeNames names, std::string_vi
       fail(I18N_MAIL_BAD_NAME, begin);
     }
     reader.take('=');
-    if (reader.is_at('"')) {
+    const size_t value_begin = reader.index();
+    const bool is_quoted = reader.is_at('"');
+    if (is_quoted) {
       reader.take_quoted();
     } else {
       reader.take_name(longest_parameter, is_of_token);
     }
-    type.parameters.push_back(reader.since(begin));
-    if (type.parameters.back().size() > longest_parameter) {
-      fail(I18N_MAIL_BAD_NAME, begin + longest_parameter);
-    }
+    std::string parameter(reader.since(begin));
+    // Some readers look for the marks of an extended value in a token, but not within quotes.
+    const bool needs_quotes = parameter.find_first_of("*'%") != parameter.npos && !is_quoted;
+    const size_t longest = longest_parameter - (needs_quotes ? 2 : 0);
+    if (parameter.size() > longest) fail(I18N_MAIL_BAD_NAME, begin + longest);
+    if (needs_quotes) parameter.insert(value_begin - begin, 1, '"').push_back('"');
+    type.parameters.push_back(std::move(parameter));
   }
   return type;
 }
@@ -105,9 +110,9 @@ std::string make_content_type(std::string_view prefix, const MediaType& type,
                               std::string_view own_parameter) {
   Field field("Content-Type");
   field.text().append(prefix).append(type.name);
-  std::vector<std::string_view> parameters = type.parameters;
-  if (!own_parameter.empty()) parameters.insert(parameters.begin(), own_parameter);
-  for (const std::string_view& parameter : parameters) {
+  std::vector<std::string> parameters = type.parameters;
+  if (!own_parameter.empty()) parameters.emplace(parameters.begin(), own_parameter);
+  for (const std::string& parameter : parameters) {
     const size_t semicolon = &parameter == &parameters.back() ? 0 : 1;
     field.text() += ';';
     field.separate(parameter.size() + semicolon);

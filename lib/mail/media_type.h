@@ -9,12 +9,12 @@ namespace mail {
 
 struct MediaType {
   std::string_view name;
-  std::vector<std::string_view> parameters;
+  std::vector<std::string> parameters;  // as they are written
 };
 
 enum class TypeNames { kSubtype, kTypeAndSubtype };
 
-// Borrows the text. Fails when it is no media type, or has a parameter that the library writes.
+// Borrows the name. Fails when it is no media type, or has a parameter that the library writes.
 MediaType read_media_type(std::string_view text, TypeNames names, std::string_view own_parameter);
 
 // The field, the library's own parameter first, for those who look no further; or without it.

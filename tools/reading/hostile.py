@@ -26,8 +26,9 @@ PIECES = [
 LOCALS = ["j", "k.l", "a+b", '"a b"', '"a,b"', '"a@b"', '"<"', '"\\""', "ü", "日本", "x" * 64, "=?", "-f", ""]
 DOMAINS = ["b.example", "köln.example", "[127.0.0.1]", "[IPv6:::1]", "xn--kln-sna.example", "1.2.3.4", "b.", "b,c"]
 TYPES = ["application/pdf", "application/pdf", "text/plain", "text/plain; charset=KOI8-R", 'a/b; c="d; e=f, <g>"', "multipart/mixed",
-         "message/rfc822", 'a/b; boundary="=_1_="', "a/b;c=d;c=e", "image/svg+xml ; x=y"]
-SUBTYPES = ["plain", "plain", "plain", "html", "plain; format=flowed", 'calendar; method="REQUEST"', "plain; charset=x", "x y", "plain\r\n"]
+         "message/rfc822", 'a/b; boundary="=_1_="', "a/b;c=d;c=e", "image/svg+xml ; x=y",
+         "a/b; c=*d; e*f=g", "a/b; c=d*; e=x'y'z ;f=%41*0*", "a/b; c=\"*'%\""]
+SUBTYPES = ["plain", "plain", "plain", "html", "plain; format=flowed", 'calendar; method="REQUEST"', "plain; a=u'v'*; b=*0*", "plain; charset=x", "x y", "plain\r\n"]
 MULTIPARTS = ["mixed", "mixed", "mixed", "related; type=\"text/plain\"", "alternative", "mixed; boundary=x", "mi xed"]
 FORBIDDEN = re.compile("[\0\n-\r\x1c-\x1e\x85\u2028\u2029]")
 CHARSETS = [*[None] * 20, "UTF-8", "ISO-8859-1", "ISO-2022-JP", "Shift_JIS", "GB18030", "windows-1252", "EUC-KR"]
@@ -149,11 +150,11 @@ class Mail:
         if chance.random() < 0.5:
             text, subtype = self.text(12).replace("\0", "\n"), chance.choice(SUBTYPES)
             part = call("text", subtype, text, len(text.encode()), None, self.mail_charset)
-            self.note(part, (f"text/{subtype}".partition(";")[0], texts.line_ends(text)))
+            self.note(part, (*type_and_parameters(f"text/{subtype}"), texts.line_ends(text)))
             return part
         kind, name, data = chance.choice(TYPES), self.line(3), chance.randbytes(chance.randint(0, 99))
         part = call("attachment", kind, name, len(name.encode()), None, data, len(data))
-        self.note(part, (kind.partition(";")[0].strip(), python_name(name), data))
+        self.note(part, (*type_and_parameters(kind), python_name(name), data))
         return part
 
     def note(self, part, leaf):
@@ -196,12 +197,18 @@ def python_name(name):
     return re.sub("^<(.*)>$", r"\1", name.strip()).strip()
 
 
+def type_and_parameters(kind):
+    """A type as the library takes it, and its parameters without quotes."""
+    parameters = re.findall(r""";\s*([^=;]+)=(?:"([^"]*)"|([^\s;]*))""", kind)
+    return kind.partition(";")[0].strip(), {name: quoted or token for name, quoted, token in parameters}
+
+
 def read(leaf):
-    kind = leaf.get_content_type()
+    kind, parameters = leaf.get_content_type(), dict(leaf["Content-Type"].params)
     if leaf.get_content_disposition() == "attachment":
-        return kind, python_name(leaf.get_filename() or ""), leaf.get_payload(decode=True)
-    charset = leaf.get_content_charset()
-    return kind, leaf.get_payload(decode=True).decode(charset).replace("\r\n", "\n")
+        return kind, parameters, python_name(leaf.get_filename() or ""), leaf.get_payload(decode=True)
+    charset = parameters.pop("charset")
+    return kind, parameters, leaf.get_payload(decode=True).decode(charset).replace("\r\n", "\n")
 
 
 def differences(mail, written):
