@@ -40,6 +40,20 @@ std::vector<Text> split(Text text, Text separator) {
   return parts;
 }
 
+// Of U+0300 to U+036F.
+bool is_mark(Text text, size_t i) {
+  return i + 1 < text.size() && (text[i] == '\xCC' || (text[i] == '\xCD' && text[i + 1] < '\xB0'));
+}
+
+// A letter with its marks is cut only when no word has room for it.
+void check_cut(Text before, Text after) {
+  if (!is_mark(after, 0)) return;
+  size_t begin = before.size(), end = 0;
+  while (begin >= 2 && is_mark(before, begin - 2)) begin -= 2;
+  while (is_mark(after, end)) end += 2;
+  check(before.size() - begin + end > 15, "a letter and its marks stay together");
+}
+
 // Words and their gaps, as RFC 2047 has them. A fold stands as a line feed in front of its blank.
 std::string decode_words(Text value) {
   std::string text;
@@ -64,6 +78,8 @@ std::string decode_words(Text value) {
       const auto decoded = convert(std::string(fields[1]), "UTF-8",
                                    is_b ? fuzz::decode_base64(fields[3]) : decode_q(fields[3]));
       check(decoded && !decoded->empty(), "each word decodes alone");
+      // Beside a long field name, the first word has little room.
+      if (was_encoded && i > 1 && fields[1] == "UTF-8") check_cut(text, *decoded);
       text += *decoded;
     } else {
       text += word;
@@ -305,6 +321,11 @@ bool is_reason(i18n_mail_status_t status, const std::string& charset,
   return status != I18N_MAIL_OK && status != I18N_MAIL_OUT_OF_MEMORY;
 }
 
+bool is_of_text(i18n_mail_status_t status) {
+  return status == I18N_MAIL_INVALID_TEXT || status == I18N_MAIL_LACKING_CHARACTER ||
+         status == I18N_MAIL_FORBIDDEN_CHARACTER;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
@@ -326,17 +347,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   if (function == 'm') return check_mail(text, name, address, from), 0;
   if (function == 's') return check_structured(name, address), 0;
   const char* const to = mail_charset.empty() ? nullptr : mail_charset.c_str();
-  const i18n_mail_address_t item = {text.data(), text.size(), address.c_str()};
-  const i18n_mail_address_t items[2] = {item, item};
-  i18n_mail_error_t error = {I18N_MAIL_BAD_NAME, 7, 7};
-  char* const result =
-      function == 'a'   ? i18n_mail_addresses(name.c_str(), items, 2, from, to, &error)
-      : function == 'u' ? i18n_mail_addresses_utf8(name.c_str(), items, 2, from, to, &error)
-      : function == 'p' ? i18n_mail_parameter(name.c_str(), text.data(), text.size(), from, &error)
-      : function == 't' ? i18n_mail_text(name.c_str(), text.data(), text.size(), from, to, &error)
-      : function == 'd'
-          ? i18n_mail_data(name.c_str(), text.data(), text.size(), &error)
-          : i18n_mail_header(name.c_str(), text.data(), text.size(), from, to, &error);
+  i18n_mail_error_t error;
+  const auto make = [&](Text piece) {
+    const i18n_mail_address_t item = {piece.data(), piece.size(), address.c_str()};
+    const i18n_mail_address_t items[2] = {item, item};
+    error = {I18N_MAIL_BAD_NAME, 7, 7};
+    return own(function == 'a' ? i18n_mail_addresses(name.c_str(), items, 2, from, to, &error)
+               : function == 'u'
+                   ? i18n_mail_addresses_utf8(name.c_str(), items, 2, from, to, &error)
+               : function == 'p'
+                   ? i18n_mail_parameter(name.c_str(), piece.data(), piece.size(), from, &error)
+               : function == 't'
+                   ? i18n_mail_text(name.c_str(), piece.data(), piece.size(), from, to, &error)
+               : function == 'd'
+                   ? i18n_mail_data(name.c_str(), piece.data(), piece.size(), &error)
+                   : i18n_mail_header(name.c_str(), piece.data(), piece.size(), from, to, &error));
+  };
+  const auto result = make(text);
   if (charset.empty()) charset = "UTF-8";
   if (mail_charset.empty() || function == 'p') mail_charset = "UTF-8";
   if (result == nullptr) {
@@ -345,10 +372,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
                            : error.status == I18N_MAIL_BAD_ADDRESS ? address.size()
                                                                    : text.size();
     check(error.item == 0 && error.position <= longest, "a failure lies in what was passed");
+    if (charset == "UTF-8" && is_of_text(error.status)) {
+      const i18n_mail_error_t whole = error;
+      make(Text(text).substr(0, whole.position));
+      check(error.status != whole.status, "what stands before the position does not fail so");
+      size_t end = whole.position + 1;
+      while (end < text.size() && end < whole.position + 4 && (text[end] & 0xC0) == 0x80) ++end;
+      make(Text(text).substr(0, end));
+      check(error.status == whole.status && error.position == whole.position, "the position");
+    }
     return 0;
   }
-  const std::string made = result;
-  i18n_mail_free(result);
+  const std::string made = result.get();
   check(error.status == I18N_MAIL_OK && error.item == 0 && error.position == 0, "no error");
   if (function == 'd') return check_part(made, name, text, false), 0;
   const auto utf8 = convert(charset, "UTF-8", text);
