@@ -66,6 +66,10 @@ extern const Work base64_body, quoted_printable_body;  // names equal
 extern const Work chosen_base64_body, chosen_quoted_printable_body;
 extern const Work converted_base64_body, converted_quoted_printable_body;
 extern const Work b_header, q_header;
+extern const Work body_beside_best;  // ICU at its best, without encoding
+extern const Work b_header_beside_utf8, q_header_beside_utf8, body_beside_equal_names;
+extern const Work body_with_mark, b_header_with_mark, q_header_with_mark;
+extern const Work body_from_spelling, header_from_spelling, body_with_byte;
 extern const Work iconv_easy, iconv_easy_ex;
 extern const Work iconv_allocated, iconv_filled;  // beside ICU at its best
 extern const Work iconv_filled_beside_allocated, iconv_failing_beside_converting;
