@@ -83,11 +83,11 @@ constexpr CharsetRules charsets[] = {
     {"ISO-2022-JP", iso_2022_jp, iso_2022_jp_codes, Codes::kIso2022Jp},
     {"Shift_JIS", shift_jis, shift_jis_codes, Codes::kShiftJis},
     {"EUC-JP", iso_2022_jp, euc_jp_codes, Codes::kEucJp},
-    {"EUC-KR", euc_kr},
+    {"EUC-KR", euc_kr, {}, Codes::kPairs},
     {"Big5", big5, big5_codes, Codes::kPairs},
-    {"GB2312", gb2312},
-    {"GBK", gbk},
-    {"GB18030", gb18030},
+    {"GB2312", gb2312, {}, Codes::kPairs},
+    {"GBK", gbk, {}, Codes::kPairs},
+    {"GB18030", gb18030, {}, Codes::kGb18030},
 };
 
 // Names of ICU's for charsets that are written as others, which more readers know.
@@ -112,13 +112,6 @@ bool is_barred(const CharsetRules& rules, uint32_t character) {
          character >= private_planes || is_in(rules.barred, character);
 }
 
-size_t measure_code(Codes codes, bool is_double, unsigned char lead) {
-  if (codes == Codes::kIso2022Jp) return is_double ? 2 : 1;
-  constexpr Range half_width = {0xA1, 0xDF};
-  if (lead < 0x80 || (codes == Codes::kShiftJis && is_in(half_width, lead))) return 1;
-  return codes == Codes::kEucJp && lead == 0x8F ? 3 : 2;
-}
-
 }  // namespace
 
 const CharsetRules* find_charset_rules(std::string_view standard_name) {
@@ -127,6 +120,17 @@ const CharsetRules* find_charset_rules(std::string_view standard_name) {
   }
   const auto* const found = std::ranges::find(charsets, standard_name, &CharsetRules::name);
   return found != std::end(charsets) ? found : nullptr;
+}
+
+size_t measure_code(Codes codes, std::string_view bytes) {
+  const auto lead = static_cast<unsigned char>(bytes[0]);
+  constexpr Range half_width = {0xA1, 0xDF};
+  if (lead < 0x80 || codes == Codes::kBytes) return 1;
+  if (codes == Codes::kShiftJis && is_in(half_width, lead)) return 1;
+  if (codes == Codes::kEucJp && lead == 0x8F) return 3;
+  const bool is_four =
+      codes == Codes::kGb18030 && bytes.size() > 1 && bytes[1] <= '9' && bytes[1] >= '0';
+  return is_four ? 4 : 2;
 }
 
 bool has_barred(const CharsetRules& rules, std::string_view utf8) {
@@ -176,8 +180,10 @@ size_t find_barred_code(const CharsetRules& rules, std::string_view bytes) {
       index += escape_size;
       continue;
     }
-    const size_t size =
-        measure_code(rules.codes, is_double, static_cast<unsigned char>(bytes[index]));
+    const std::string_view rest = bytes.substr(index);
+    const size_t size = rules.codes != Codes::kIso2022Jp ? measure_code(rules.codes, rest)
+                        : is_double                      ? 2
+                                                         : 1;
     if (size == 2 && index + 1 < bytes.size()) {
       const uint32_t code = static_cast<unsigned char>(bytes[index]) << 8 |
                             static_cast<unsigned char>(bytes[index + 1]);

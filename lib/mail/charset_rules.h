@@ -16,7 +16,9 @@ struct Range {
 
 // How long the code is that a byte begins.
 enum class Codes {
+  kBytes,      // one byte
   kPairs,      // two bytes from 0x80 on
+  kGb18030,    // the same, but four where the second is a digit
   kEucJp,      // the same, but three from 0x8F on
   kShiftJis,   // two bytes, but one for half-width katakana
   kIso2022Jp,  // two bytes or one, as escape sequences say
@@ -28,11 +30,14 @@ struct CharsetRules {
   // that some readers take for others.
   std::span<const Range> barred = {};
   std::span<const Range> barred_codes = {};
-  Codes codes = Codes::kPairs;
+  Codes codes = Codes::kBytes;
 };
 
 // Null when there is none for ICU's MIME or IANA name.
 const CharsetRules* find_charset_rules(std::string_view standard_name);
+
+// The size of the code at the beginning of bytes, which are not in ISO-2022-JP.
+size_t measure_code(Codes codes, std::string_view bytes);
 
 // Whether a text in UTF-8 has a character that is barred.
 bool has_barred(const CharsetRules& rules, std::string_view utf8);

@@ -24,13 +24,21 @@ struct Stretch {
 
 bool is_plain_word(std::string_view word) {
   constexpr size_t longest = longest_line - longest_field_name - std::string_view(": ").size();
-  return !word.empty() && word.size() <= longest && std::ranges::all_of(word, is_visible) &&
-         word.find("=?") == word.npos && word.front() != '=' && word.back() != '=';
+  if (word.empty() || word.size() > longest || word.front() == '=' || word.back() == '=') {
+    return false;
+  }
+  char last = ' ';
+  for (const char c : word) {
+    if (!is_visible(c) || (last == '=' && c == '?')) return false;
+    last = c;
+  }
+  return true;
 }
 
 // Neighbours to be encoded are one stretch, with the blanks that belong to them.
 std::vector<Stretch> split(std::string_view text) {
   std::vector<Stretch> stretches;
+  stretches.reserve(8);
   for (size_t begin = 0; begin <= text.size() && !text.empty();) {
     const size_t end = std::min(text.find(' ', begin), text.size());
     // Two blanks in a row have an empty word between them, as has a blank at either end: its
@@ -54,20 +62,67 @@ class HeaderWriter {
   HeaderWriter(MailCharset& charset, std::string_view text)
       : text_(text), words_(charset, text_escapes, text), stretches_(split(text)) {}
 
-  // Whether words of the kind can make the field shorter than that, or as short.
-  bool can_take(size_t columns, WordKind kind) {
-    bool has_words = false;
-    size_t least = 0;
-    for (const Stretch& stretch : stretches_) {
-      has_words = has_words || !stretch.plain;
-      least += stretch.plain ? stretch.columns() : words_.measure(stretch.begin, stretch.end, kind);
+  // The shorter one of what words of each kind make, Q when they are equal.
+  std::string write(std::string_view name, bool with_q) {
+    const bool has_words = !std::ranges::all_of(stretches_, &Stretch::plain);
+    if (!has_words || !with_q) {
+      return write(name, WordKind::kB, std::string::npos, name.size() + text_.size());
     }
-    return has_words && least <= columns;
+    const Least q = measure(name, WordKind::kQ), b = measure(name, WordKind::kB);
+    std::string as_q, as_b;
+    if (q.field < b.field) {
+      as_q = write(name, WordKind::kQ, std::string::npos, q.field);
+      if (q.stretches <= as_q.size() && as_q.size() <= b.field) return as_q;
+    }
+    as_b = write(name, WordKind::kB, std::string::npos, b.field);
+    if (std::max(q.stretches, q.field) > as_b.size()) return as_b;
+    if (as_q.empty()) as_q = write(name, WordKind::kQ, as_b.size(), q.field);
+    return as_q.size() <= as_b.size() ? as_q : as_b;
+  }
+
+ private:
+  struct Least {
+    size_t stretches;  // each written alone, without what stands between them
+    size_t field;
+  };
+
+  // What the field takes at least with words of that kind. Stretches that may become one can share
+  // words.
+  Least measure(std::string_view name, WordKind kind) {
+    const size_t head = name.size() + std::string_view(": ").size();
+    const size_t overhead = words_.overhead(), room = longest_word - overhead;
+    Least least{0, head};
+    size_t contents = 0, words = 0, encoded = 0;
+    bool may_share = false;
+    for (size_t i = 0; i < stretches_.size(); ++i) {
+      const Stretch& stretch = stretches_[i];
+      if (i > 0) ++least.field;
+      if (stretch.plain) {
+        least.stretches += stretch.columns();
+        least.field += stretch.columns();
+        continue;
+      }
+      const size_t columns = words_.measure(stretch.begin, stretch.end, kind);
+      const size_t padding = kind == WordKind::kB ? transfer::group_bytes - 1 : 0;
+      const size_t content = std::max(columns, overhead + padding) - overhead - padding;
+      least.stretches += columns;
+      words += std::max<size_t>(1, (content + room - 1) / room);
+      contents += content;
+      ++encoded;
+      const size_t next = i + 1 < stretches_.size() ? 1 + stretches_[i + 1].columns() : 0;
+      may_share = may_share || columns + next + (i == 0 ? head : 0) > longest_word;
+    }
+    if (may_share) words = (contents + room - 1) / room;
+    constexpr size_t fold = line_end.size() + 1;
+    least.field += contents + words * overhead;
+    if (words > encoded) least.field += (words - encoded) * fold;
+    return least;
   }
 
   // Gives up when the field gets longer than `most`.
-  std::string write(std::string_view name, WordKind kind, size_t most) {
+  std::string write(std::string_view name, WordKind kind, size_t most, size_t expected) {
     Field field(name);
+    field.text().reserve(expected + expected / 8);
     for (size_t i = 0; i < stretches_.size() && field.text().size() <= most;) {
       if (stretches_[i].plain) {
         field.separate(stretches_[i].columns());
@@ -80,7 +135,6 @@ class HeaderWriter {
     return std::move(field.text());
   }
 
- private:
   // Writes the stretch, and what must be encoded with it. Returns the index of the next.
   //
   // What is before `at` is written, what is before `end` must be encoded, and `index` is the
@@ -136,10 +190,7 @@ std::string make_header(const char* name, const char* bytes, size_t length, cons
   const Text text(source, bytes, length, find_forbidden_in_field);
   if (!target.convert(text.utf8())) text.fail_lacking(target);
   HeaderWriter writer(target, text.utf8());
-  std::string shorter = writer.write(name, WordKind::kB, std::string::npos);
-  if (target.is_iso_2022_jp() || !writer.can_take(shorter.size(), WordKind::kQ)) return shorter;
-  std::string other = writer.write(name, WordKind::kQ, shorter.size());
-  return other.size() <= shorter.size() ? other : shorter;
+  return writer.write(name, !target.is_iso_2022_jp());
 }
 
 }  // namespace

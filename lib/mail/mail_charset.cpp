@@ -73,13 +73,14 @@ bool names_utf8(const char* charset) {
 }
 
 MailCharset::MailCharset(const char* charset) : rules_(find_charset_rules(utf8_name)) {
-  if (names_utf8(charset)) return;
+  if (charset == nullptr || charset == utf8_name) return;
   if (const Known* const known = find_known(charset)) {
     rules_ = known->rules;
     tables_ = known->tables;
     is_utf8_ = false;
     return;
   }
+  if (names_utf8(charset)) return;
   const bool is_known = is_plain_name(charset) || text::open_converter(charset) != nullptr;
   const char* const standard_name = is_known ? text::find_standard_name(charset) : nullptr;
   rules_ = find_charset_rules(view(standard_name));
@@ -112,6 +113,13 @@ std::string_view MailCharset::convert_part(size_t begin, size_t end) {
   if (is_by_tables_) return table_text_.get(begin, end);
   convert_exactly(part);
   return bytes_;
+}
+
+size_t MailCharset::find_index(size_t begin, size_t bytes) {
+  if (!is_utf8_) return table_text_.find_index(begin, bytes);
+  size_t index = std::min(begin + bytes, text_.size());
+  while (index < text_.size() && is_inside_character(text_[index])) --index;
+  return index;
 }
 
 bool MailCharset::convert_exactly(std::string_view text) {

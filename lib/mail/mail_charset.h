@@ -33,6 +33,11 @@ class MailCharset {
   // The same for a part of the text that was converted last.
   std::string_view convert_part(size_t begin, size_t end);
 
+  // Whether parts are just that of the whole. Then: where the character begins that has the byte
+  // which comes so many bytes after what stands for the text at an index.
+  bool has_plain_parts() const { return is_utf8_ || (is_by_tables_ && !table_text_.has_states()); }
+  size_t find_index(size_t begin, size_t bytes);
+
   // The index of the first unit that the charset lacks, or that some readers take for another; the
   // size when it has them all.
   size_t find_lacking(std::u16string_view units);

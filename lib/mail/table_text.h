@@ -9,12 +9,12 @@
 
 #include "mail/charset_rules.h"
 #include "text/tables/charset.h"
-#include "text/tables/route.h"
 
 namespace mail {
 
-// Takes the place of what the output held. False when tables do not settle it.
-bool convert_by_tables(const text::Route& route, std::string_view text, std::string& output);
+// Each takes the place of what the output held. False when the table does not settle it.
+bool to_utf8(const text::Table& table, std::string_view text, std::string& output);
+bool from_utf8(const text::Table& table, std::string_view utf8, std::string& output);
 
 class TableText {
  public:
@@ -22,18 +22,24 @@ class TableText {
   // some readers take one for another. Borrows the text.
   bool convert(const CharsetRules& rules, const text::Charset& charset, std::string_view text);
 
+  bool has_states() const { return codes_kind_ == Codes::kIso2022Jp; }
+
   // What stands for the characters from an index of the text to another. Valid until the next call.
   std::string_view get(size_t begin, size_t end);
   std::string_view get_all() const { return codes_; }
 
+  // Where the character begins that has the byte which comes so many bytes after an index. There
+  // must be no states.
+  size_t find_index(size_t begin, size_t bytes);
+
  private:
   void find_places();
+  size_t measure(size_t place, char first_byte) const;
 
   std::string_view text_;
-  const text::Table* table_ = nullptr;
-  bool is_iso_2022_jp_ = false;
+  Codes codes_kind_ = Codes::kBytes;
   std::string codes_;
-  std::vector<std::uint32_t> places_;  // where the code of the character at an index begins
+  std::vector<std::uint32_t> places_;  // where the code begins of the character that has the byte
   std::string part_;
 };
 

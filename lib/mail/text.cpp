@@ -59,13 +59,13 @@ size_t find_forbidden_in_list(std::string_view text) {
 Text::Text(const SourceCharset& charset, const char* bytes, size_t length,
            FindForbidden find_forbidden)
     : charset_(charset), bytes_(bytes, length) {
-  const auto route = text::Route::find(charset.tables(), text::find_charset("UTF-8"), length,
-                                       text::Invisible::kRefused);
+  const text::Table* const table =
+      charset.tables() != nullptr ? charset.tables()->get_table(length) : nullptr;
   if (charset.is_utf8()) {
     utf8_ = bytes_;
     const size_t invalid = find_invalid(utf8_);
     if (invalid < utf8_.size()) fail(I18N_MAIL_INVALID_TEXT, invalid);
-  } else if (route && convert_by_tables(*route, bytes_, converted_)) {
+  } else if (table != nullptr && mail::to_utf8(*table, bytes_, converted_)) {
     utf8_ = converted_;
   } else {
     std::u16string units;

@@ -63,15 +63,20 @@ size_t WordMaker::measure(size_t begin, size_t end, WordKind kind) {
 
 size_t WordMaker::find_longest(size_t begin, size_t end, size_t columns, WordKind kind) {
   if (columns <= overhead()) return begin;
+  const size_t room = columns - overhead();
+  const size_t in_base64 = room / transfer::group_chars * transfer::group_bytes;
+  if (charset_.has_plain_parts()) {
+    const std::string_view bytes = charset_.convert_part(begin, end);
+    const size_t fitting = kind == WordKind::kQ ? count_fitting(bytes, room) : in_base64;
+    return fitting < bytes.size() ? charset_.find_index(begin, fitting) : end;
+  }
   const auto fits = [&](size_t index) { return measure(begin, index, kind) <= columns; };
   const auto round_down = [this](size_t index) {
     while (index < text_.size() && is_inside_character(text_[index])) --index;
     return index;
   };
   // No charset has a byte for more than three of UTF-8.
-  const size_t room = columns - overhead();
-  const size_t bytes =
-      kind == WordKind::kQ ? room : room / transfer::group_chars * transfer::group_bytes;
+  const size_t bytes = kind == WordKind::kQ ? room : in_base64;
   const size_t most = bytes * (charset_.is_utf8() ? 1 : 3);
   size_t too_far = end - begin > most ? round_down(begin + most) : end;
   if (fits(too_far)) return too_far;
@@ -82,6 +87,18 @@ size_t WordMaker::find_longest(size_t begin, size_t end, size_t columns, WordKin
     (fits(middle) ? longest : too_far) = middle;
   }
   return longest;
+}
+
+// How many of the bytes have forms of at most so many columns.
+size_t WordMaker::count_fitting(std::string_view bytes, size_t columns) const {
+  size_t count = 0;
+  for (; count < bytes.size(); ++count) {
+    const auto byte = static_cast<unsigned char>(bytes[count]);
+    const size_t form = transfer::is_escaped(escapes_.data(), byte) ? transfer::escape_size : 1;
+    if (form > columns) break;
+    columns -= form;
+  }
+  return count;
 }
 
 template <class IsGood>

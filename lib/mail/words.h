@@ -41,12 +41,7 @@ class WordMaker {
   // Columns of a word.
   size_t measure(size_t begin, size_t end, WordKind kind);
 
- private:
-  size_t find_longest(size_t begin, size_t end, size_t columns, WordKind kind);
-  // Where the text can be cut, at `longest` or before; `begin` when nowhere.
-  template <class IsGood>
-  size_t find_cut(size_t begin, size_t longest, IsGood is_good);
-  bool is_padded(size_t begin, size_t end);
+  // What a word has around its content.
   size_t overhead() const {
     return charset_.name().size() + std::string_view(
                                         "=?"
@@ -55,6 +50,13 @@ class WordMaker {
                                         .size();
   }
 
+ private:
+  size_t count_fitting(std::string_view bytes, size_t columns) const;
+  size_t find_longest(size_t begin, size_t end, size_t columns, WordKind kind);
+  // Where the text can be cut, at `longest` or before; `begin` when nowhere.
+  template <class IsGood>
+  size_t find_cut(size_t begin, size_t longest, IsGood is_good);
+  bool is_padded(size_t begin, size_t end);
   MailCharset& charset_;
   const EscapeTable& escapes_;
   std::string_view text_;
