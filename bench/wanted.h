@@ -54,6 +54,8 @@ inline const std::vector<Row> rows = {
     {pieces_beside_icu, {{kGerman, "UTF-8", "ISO-8859-1"}}, {{mib, 1.0}}},
     {pieces_beside_icu, {{kJapanese, "Shift_JIS", "UTF-8"}}, {{mib, 1.0}}},
     {pieces_beside_icu, {{kJapanese, "UTF-8", "GB18030"}}, {{mib, 1.0}}},
+    {pieces_beside_icu, {{kRussian, "KOI8-R", "windows-1251"}}, {{mib, 1.0}}},
+    {pieces_beside_icu, {{kGerman, "ISO-8859-1", "windows-1252"}}, {{mib, 1.0}}},
     {pieces_beside_icu, {{kJapanese, "ISO-2022-JP", "UTF-8"}}, {{mib, 1.15}}},
     {pieces_beside_iconv, {{kGerman, "UTF-8", "ISO-8859-1"}}, {{mib, .5}}},
     {pieces_beside_iconv, {{kJapanese, "Shift_JIS", "UTF-8"}}, {{mib, .5}}},

@@ -175,6 +175,9 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "UTF-8", "\u00e4\n\r\n\r\r\n\U0001F600\xff", "\u00e4\n\r\n\r\r\n\U0001F600",
           {invalid, 0, 12, 5, 2}},
       {"UTF-8", "UTF-8", "a\r\xff", "a\r", {invalid, 0, 2, 2, 1}},
+      {"windows-1251", "KOI8-R", "\xe0\n\xa8\xb8\x85", "\xc1\n\xb3\xa3",
+          {lacking, 0x2026, 4, 2, 3}},
+      {"ibm-1047", "windows-1251", "\x81\x25\x42", "a\n", {lacking, 0xe2, 2, 2, 1}},
       {"UTF-16LE", "US-ASCII", "\n\0a\0\x3d\xd8\0\xde"sv, "\na", {lacking, 0x1f600, 4, 2, 2}}};
   for (const Case& each : cases) check(each);
 }

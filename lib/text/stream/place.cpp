@@ -9,9 +9,6 @@ namespace text {
 
 namespace {
 
-bool goes_on(char byte) { return U8_IS_TRAIL(byte); }
-bool goes_on(char16_t unit) { return U16_IS_TRAIL(unit); }
-
 template <class Unit>
 bool is_break(Unit unit) {
   return (unit == '\r') | (unit == '\n');
@@ -33,8 +30,9 @@ Breaks count_breaks(std::basic_string_view<Unit> text, bool is_after_cr) {
   return breaks;
 }
 
-template <class Unit>
-void advance_past(std::basic_string_view<Unit> text, Place& place) {
+// Some units go on with a character that another began.
+template <class Unit, class GoesOn>
+void advance_past(std::basic_string_view<Unit> text, Place& place, GoesOn goes_on) {
   if (text.empty()) return;
   const Breaks breaks = count_breaks(text, place.is_after_cr);
   place.is_after_cr = text.back() == '\r';
@@ -45,13 +43,19 @@ void advance_past(std::basic_string_view<Unit> text, Place& place) {
     while (!is_break(text[begin - 1])) --begin;
     text.remove_prefix(begin);
   }
-  place.column += text.size() - static_cast<size_t>(std::ranges::count_if(
-                                    text, [](Unit unit) { return goes_on(unit); }));
+  place.column += text.size() - static_cast<size_t>(std::ranges::count_if(text, goes_on));
 }
 
 }  // namespace
 
-void Place::advance(std::u16string_view units) { advance_past(units, *this); }
-void Place::advance(std::string_view utf8) { advance_past(utf8, *this); }
+void Place::advance(std::u16string_view units) {
+  advance_past(units, *this, [](char16_t unit) { return U16_IS_TRAIL(unit); });
+}
+void Place::advance(std::string_view utf8) {
+  advance_past(utf8, *this, [](char byte) { return U8_IS_TRAIL(byte); });
+}
+void Place::advance_by_bytes(std::string_view text) {
+  advance_past(text, *this, [](char) { return false; });
+}
 
 }  // namespace text

@@ -15,6 +15,8 @@ struct Place {
   // Each goes past whole characters.
   void advance(std::u16string_view units);
   void advance(std::string_view utf8);
+  // In a charset with one byte a character, where line ends are those of ASCII.
+  void advance_by_bytes(std::string_view text);
 };
 
 }  // namespace text
