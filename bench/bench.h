@@ -74,6 +74,7 @@ extern const Work iconv_easy, iconv_easy_ex;
 extern const Work iconv_allocated, iconv_filled;  // beside ICU at its best
 extern const Work iconv_filled_beside_allocated, iconv_failing_beside_converting;
 extern const Work mail_header, mail_text;
+extern const Work mail_header_beside_utf8, mail_text_beside_body;
 extern const Work pieces_beside_icu, pieces_beside_iconv;  // open converters
 
 // Makes the library fill the tables of both charsets, which short texts have to earn.

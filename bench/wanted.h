@@ -116,6 +116,17 @@ inline const std::vector<Row> tuned_rows = {
     {body_with_byte, {{kJapanese, "UTF-8", "ISO-2022-JP"}}, {{16383, 1.5}}},
     {iconv_failing_beside_converting, to_single_byte, {{64 * kib, 4}}},
     {iconv_failing_beside_converting, to_multi_byte, {{64 * kib, 4}}},
+    {mail_header, {{kEnglish, "UTF-8", "UTF-8"}}, {{40, .45}}},
+    {mail_header, {{kGerman, "UTF-8", "UTF-8"}, {kJapanese, "UTF-8", "UTF-8"}}, {{40, .3}}},
+    {mail_header_beside_utf8, to_single_byte, {{40, 2.5}, {200, 2.5}, {4096, 2.5}}},
+    {mail_header_beside_utf8, to_multi_byte, {{40, 2.5}, {200, 2.5}, {4096, 2.5}}},
+    {mail_header_beside_utf8, to_long_codes, {{40, 2.5}, {200, 2.5}, {4096, 2.5}}},
+    {mail_header_beside_utf8,
+     {{kJapanese, "UTF-8", "ISO-2022-JP"}, {kGerman, "UTF-8", "ISO-8859-1"}},
+     {{40, 2.5}, {200, 2.5}, {4096, 2.5}}},
+    {mail_text_beside_body,
+     {{kEnglish, "UTF-8", "UTF-8"}, {kGerman, "UTF-8", "UTF-8"}, {kJapanese, "UTF-8", "UTF-8"}},
+     {{4096, 2.0}, {mib, 2.0}}},
 };
 
 // Each side in a process that does nothing else, so that its heap is as its own calls leave it.

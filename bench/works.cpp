@@ -106,6 +106,17 @@ Function header_field(const char* from, const char* to) {
   };
 }
 
+Function header_field_by_tables(const char* from, const char* to) {
+  const Function field = header_field(from, to);
+  constexpr size_t enough_calls = 3 * kib;
+  for (size_t call = 0; call < enough_calls; ++call) field(" ");
+  return field;
+}
+
+Function header_field_in_utf8(const char* from, const char* /*to*/) {
+  return header_field(from, "UTF-8");
+}
+
 Function text_part(const char* from, const char* to) {
   return [=](const std::string& text) -> Output {
     return {{i18n_mail_text("plain", text.data(), text.size(), from, to, nullptr), free_mail}};
@@ -250,5 +261,18 @@ const Work mail_header = {"i18n_mail_header",  " ",          header_field, decod
                           peer<encode_header>, decode_header};
 const Work mail_text = {"i18n_mail_text",       "\n",       text_part, decode_lines,
                         peer<encode_text_part>, decode_part};
+const Work mail_header_beside_utf8 = {"i18n_mail_header, in UTF-8",
+                                      " ",
+                                      header_field_by_tables,
+                                      decode_header,
+                                      header_field_in_utf8,
+                                      decode_header,
+                                      "UTF-8"};
+const Work mail_text_beside_body = {"i18n_mail_text, quoted-printable body",
+                                    "\n",
+                                    text_part,
+                                    decode_lines,
+                                    mime<i18n_mime_encode_qp>,
+                                    decode_quoted_printable};
 
 }  // namespace bench
