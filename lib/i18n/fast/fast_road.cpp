@@ -124,7 +124,8 @@ i18n::CString encode_with_icu(const Work& work, const text::Charset& from, const
 
 i18n::CString encode_converted(const Work& work, const text::Charset& from, const text::Charset& to,
                                Bytes text) {
-  const bool is_iso_2022_jp = std::strcmp(to.name(), Iso2022JpPieces::charset) == 0;
+  const bool is_iso_2022_jp =
+      to.type() == UCNV_ISO_2022 && std::strcmp(to.name(), Iso2022JpPieces::charset) == 0;
   const text::Charset* const target =
       is_iso_2022_jp ? text::find_charset(Iso2022JpPieces::route_target) : &to;
   const auto route = text::Route::find(&from, target, text.size(), text::Invisible::kDropped);

@@ -1,7 +1,6 @@
 #include "text/tables/charset.h"
 
 #include <cstring>
-#include <functional>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -104,12 +103,14 @@ const Table* Charset::make(size_t size) const {
 }
 
 const Charset* find_charset(const char* name) {
-  const std::string_view spelling = name != nullptr ? name : "";
-  if (spelling.empty() || spelling.size() >= UCNV_MAX_CONVERTER_NAME_LENGTH ||
-      spelling.find(',') != spelling.npos) {
-    return nullptr;
+  if (name == nullptr || *name == '\0') return nullptr;
+  size_t size = 0, hash = 0;
+  for (; name[size] != '\0'; ++size) {
+    if (name[size] == ',' || size + 1 == UCNV_MAX_CONVERTER_NAME_LENGTH) return nullptr;
+    hash = 31 * hash + static_cast<unsigned char>(name[size]);
   }
-  List<Spelling>& list = spellings[std::hash<std::string_view>{}(spelling) % std::size(spellings)];
+  const std::string_view spelling(name, size);
+  List<Spelling>& list = spellings[hash % std::size(spellings)];
   const Spelling* const known =
       find(list, [spelling](const Spelling& one) { return one.name == spelling; });
   return known != nullptr ? known->charset : learn(spelling, list);
