@@ -162,7 +162,7 @@ TEST(Text, TellsWhereItEnds) {
           {lacking, 0x94d, 6, 1, 3}},
       {"UTF-8", "ISCII,version=1", "\r\u0915", "\r", {lacking, 0x915, 1, 2, 1}},
       {"UTF-8", "ISCII,version=0", "\u0a15\u0a71\u0a15", "\xef\x4b\xb3", {lacking, 0xa71, 3, 1, 2}},
-      {"UTF-8", "LMBCS-1", "a\ufffe", "a", {lacking, 0xfffe, 1, 1, 2}},
+      {"UTF-8", "LMBCS-1", "a\uffff", "a", {lacking, 0xffff, 1, 1, 2}},
       // a switch of scripts before what is refused
       {"UTF-8", "ISCII,version=0", "\u0915\u0984", "\xef\x42\xb3", {lacking, 0x984, 3, 1, 2}},
       // a character that is held until the end

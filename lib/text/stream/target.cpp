@@ -12,17 +12,18 @@ namespace text {
 
 namespace {
 
-// ICU writes private use in one direction only, whatever it is told, and U+FFFE in LMBCS.
+// ICU writes private use in one direction only, whatever it is told, and U+FFFE and U+FFFF in
+// LMBCS.
 bool may_be_one_way(UChar32 character) {
   return (0xE000 <= character && character <= 0xF8FF) || character >= 0xF0000 ||
-         character == 0xFFFE;
+         character == 0xFFFE || character == 0xFFFF;
 }
 
 // Whether there may be any. Without branches, so that compilers make vector code of it.
 bool may_be_one_way(std::u16string_view units) {
   unsigned count = 0;
   for (const char16_t unit : units) {
-    count += unsigned{static_cast<char16_t>(unit - 0xDB80) < 0x1D80} | unsigned{unit == 0xFFFE};
+    count += unsigned{static_cast<char16_t>(unit - 0xDB80) < 0x1D80} | unsigned{unit >= 0xFFFE};
   }
   return count > 0;
 }
