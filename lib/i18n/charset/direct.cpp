@@ -49,6 +49,20 @@ CString convert(const Route& route, Bytes bytes, size_t bytes_per_unit, size_t* 
   return output;
 }
 
+// Converts a whole text piece by piece. Without an output, finds out how long that would get.
+std::optional<size_t> convert(const Route& route, Bytes text, unsigned char* output, size_t room) {
+  unsigned char scratch[2048];
+  size_t size = 0;
+  for (;;) {
+    const Progress progress = output != nullptr ? route.convert(text, output + size, room - size)
+                                                : route.convert(text, scratch, sizeof scratch);
+    size += progress.written;
+    if (progress.stop == Stop::kDone) return size;
+    if (progress.stop == Stop::kRefused || progress.read == 0) return std::nullopt;
+    text = text.subspan(progress.read);
+  }
+}
+
 }  // namespace
 
 CString convert_directly(const i18n_charset_t& from, std::string_view input,
@@ -67,17 +81,26 @@ std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_v
   const Bytes text = as_bytes(input);
   auto route = find_route(from, input, to);
   if (!route) return std::nullopt;
-  // A copy takes less time than a first conversion that only tells whether all goes well.
-  constexpr size_t most_bytes_per_unit = 4;
-  size_t length;
-  const CString copy = convert(*route, text, most_bytes_per_unit, &length);
-  if (!copy || length > capacity) return std::nullopt;
-  if (length == capacity) {
+  CString copy;
+  std::optional<size_t> length;
+  // A copy takes less time than a second conversion, unless its pages come from the system and
+  // there is little to do.
+  constexpr size_t short_text = size_t{64} << 10;
+  if (input.size() <= short_text || !route->is_simple()) {
+    constexpr size_t most_bytes_per_unit = 4;
+    copy = convert(*route, text, most_bytes_per_unit, &length.emplace());
+    if (!copy) return std::nullopt;
+  } else {
+    length = convert(*route, text, nullptr, 0);
+  }
+  if (!length || *length > capacity) return std::nullopt;
+  if (*length == capacity) {
     // To ICU a character that vanishes does not fit any more.
     route->refuse_invisible();
-    if (!convert(*route, text, most_bytes_per_unit, &length)) return std::nullopt;
+    if (convert(*route, text, nullptr, 0) != length) return std::nullopt;
   }
-  std::memcpy(output, copy.get(), length);
+  if (!copy) return convert(*route, text, reinterpret_cast<unsigned char*>(output), *length);
+  std::memcpy(output, copy.get(), *length);
   return length;
 }
 

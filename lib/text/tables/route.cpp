@@ -40,6 +40,7 @@ Route::Route(const Charset& from, const Charset& to, Invisible invisible)
       from_single_bytes_(is_single_byte(from.type())),
       from_latin1_(from.type() == UCNV_LATIN_1),
       to_latin1_(to.type() == UCNV_LATIN_1),
+      is_to_simple_(to_utf8_ || to_latin1_ || to.type() == UCNV_US_ASCII),
       invisible_(invisible) {}
 
 size_t Route::count_units(Bytes text) const {
@@ -61,7 +62,7 @@ size_t Route::count_units(Bytes text, Bytes converted) const {
 Progress Route::convert(Bytes text, unsigned char* out, size_t room) const {
   if (from_utf8_) return convert_utf8(text, out, room);
   if (!to_utf8_) return convert_by_utf8(text, out, room);
-  if (from_latin1_ && room > copy_slack) {
+  if (from_latin1_ && room > copy_slack + 1) {
     const Bytes piece = text.first(std::min(text.size(), (room - copy_slack) / 2));
     const unsigned char* const end = latin1_to_utf8(out, piece);
     return {piece.size(), static_cast<size_t>(end - out),
@@ -79,7 +80,9 @@ Progress Route::convert_utf8(Bytes text, unsigned char* out, size_t room) const 
               piece.size() == text.size() ? Stop::kDone : Stop::kFull};
     }
   }
-  Progress all{0, 0, Stop::kDone};
+  // ASCII is well-formed, and often all that there is.
+  const size_t run = to_utf8_ ? 0 : to_->copy_ascii(text.first(std::min(text.size(), room)), out);
+  Progress all{run, run, Stop::kDone};
   while (all.read != text.size() && all.stop == Stop::kDone) {
     // Few enough to be in the processor's first cache yet when they are converted.
     constexpr size_t longest_piece = size_t{16} << 10;

@@ -20,6 +20,9 @@ class Route {
   // refused is for converters to decide.
   Progress convert(Bytes text, unsigned char* out, size_t room) const;
 
+  // Between UTF-8, ISO-8859-1 and US-ASCII.
+  bool is_simple() const { return (from_utf8_ || from_latin1_) && is_to_simple_; }
+
   void refuse_invisible() { invisible_ = Invisible::kRefused; }
 
   // How many UTF-16 units the text has, or at most has where only conversion would tell.
@@ -37,6 +40,7 @@ class Route {
   bool from_utf8_, to_utf8_;
   bool from_single_bytes_;
   bool from_latin1_, to_latin1_;
+  bool is_to_simple_;
   const Table* from_ = nullptr;  // null for UTF-8
   const Table* to_ = nullptr;
   Invisible invisible_;

@@ -156,6 +156,10 @@ Progress Table::to_utf8(Bytes text, unsigned char* const out_begin, size_t room)
   return stop(Stop::kDone);
 }
 
+size_t Table::copy_ascii(Bytes text, unsigned char* out) const {
+  return copy_run(out, text, same_);
+}
+
 template <class Code>
 inline Code Table::look_up(char32_t character) const {
   return pages<Code>()[page_numbers_[character / page_size]][character % page_size];

@@ -37,6 +37,10 @@ class Table {
   // The text must be well-formed.
   Progress from_utf8(Bytes utf8, unsigned char* out, size_t room, Invisible invisible) const;
 
+  // Copies what a text begins with of ASCII that stands for itself here, and returns how much it
+  // was.
+  size_t copy_ascii(Bytes text, unsigned char* out) const;
+
   // The most that a byte of the charset takes in UTF-8, and the other way round.
   static constexpr size_t most_utf8_per_byte = 3;
   size_t most_bytes_per_utf8_byte() const { return most_bytes_per_utf8_byte_; }
