@@ -71,7 +71,8 @@ TEST(Roads, AgreeWhereverACharacterStandsInABody) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"UTF-8", "ISO-8859-1", "\u00e9"}, {"ISO-8859-1", "UTF-8", "\xe9"},
       {"UTF-8", "utf8", "\u20ac"}, {"UTF-8", "Shift_JIS", "\u65e5"},
-      {"Shift_JIS", "ISO-2022-JP", "\x93\xfa"}, {"UTF-8", "GB18030", "\U0001f600"}};
+      {"Shift_JIS", "ISO-2022-JP", "\x93\xfa"}, {"UTF-8", "GB18030", "\U0001f600"},
+      {"UTF-8", "ibm-933", "\uac00\uac00"}};  // with states
   for (const auto& [from, to, character] : cases) {
     for (const int piece : {1024, 2048, 4096}) {
       for (int before = piece - 5; before <= piece + 5 && !HasFailure(); ++before) {

@@ -160,7 +160,7 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "ISCII,version=0", "\u0915\u200d", "\xef\x42\xb3", {lacking, 0x200d, 3, 1, 2}},
       {"UTF-8", "ISCII,version=0", "\u0915\u094d\u094d", "\xef\x42\xb3\xe8",
           {lacking, 0x94d, 6, 1, 3}},
-      {"UTF-8", "ISCII,version=1", "\r\u0915", "\r", {lacking, 0x915, 1, 2, 1}},
+      {"UTF-8", "ISCII,version=1", "\ra\u0915", "\ra", {lacking, 0x915, 2, 2, 2}},
       {"UTF-8", "ISCII,version=0", "\u0a15\u0a71\u0a15", "\xef\x4b\xb3", {lacking, 0xa71, 3, 1, 2}},
       {"UTF-8", "LMBCS-1", "a\uffff", "a", {lacking, 0xffff, 1, 1, 2}},
       // a switch of scripts before what is refused
@@ -175,6 +175,7 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "UTF-8", "\u00e4\n\r\n\r\r\n\U0001F600\xff", "\u00e4\n\r\n\r\r\n\U0001F600",
           {invalid, 0, 12, 5, 2}},
       {"UTF-8", "UTF-8", "a\r\xff", "a\r", {invalid, 0, 2, 2, 1}},
+      {"windows-1253", "UTF-8", "\x93\x80\xd2", "\u201c\u20ac", {invalid, 0, 2, 1, 3}},
       {"windows-1251", "KOI8-R", "\xe0\n\xa8\xb8\x85", "\xc1\n\xb3\xa3",
           {lacking, 0x2026, 4, 2, 3}},
       {"ibm-1047", "windows-1251", "\x81\x25\x42", "a\n", {lacking, 0xe2, 2, 2, 1}},

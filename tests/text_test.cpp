@@ -232,7 +232,7 @@ TEST(Charsets, AreFoundByEverySpelling) {
     EXPECT_EQ(text::find_charset(name), nullptr);
   }
   EXPECT_NE(koi8->get_table(1), nullptr);
-  for (const char* name : {"UTF-16", "UTF-7", "ISO-2022-JP", "HZ", "GSM0338"}) {
+  for (const char* name : {"UTF-16", "UTF-7", "ISO-2022-JP", "HZ", "GSM0338", "ibm-16684"}) {
     EXPECT_EQ(text::find_charset(name)->get_table(1 << 30), nullptr) << name;
   }
 }
