@@ -55,7 +55,12 @@ void remember(std::string_view name, const CharsetRules* rules) {
   const char* const with_tables = is_iso_2022_jp ? "EUC-JP" : rules->name.data();
   const text::Charset* const tables = text::find_charset(with_tables);
   if (tables == nullptr) return;
-  auto known = std::make_unique<const Known>(Known{std::string(name), rules, tables});
+  std::unique_ptr<const Known> known;
+  try {
+    known = std::make_unique<const Known>(Known{std::string(name), rules, tables});
+  } catch (const std::bad_alloc&) {
+    return;  // The call can do without.
+  }
   for_each_place(name, [&](std::atomic<const Known*>& place) {
     const Known* none = nullptr;
     const bool is_kept =
