@@ -368,9 +368,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
   if (mail_charset.empty() || function == 'p') mail_charset = "UTF-8";
   if (result == nullptr) {
     check(is_reason(error.status, charset, mail_charset, text), "a failure has a reason");
-    const size_t longest = error.status == I18N_MAIL_BAD_NAME      ? name.size()
-                           : error.status == I18N_MAIL_BAD_ADDRESS ? address.size()
-                                                                   : text.size();
+    const bool is_of_address =
+        error.status == I18N_MAIL_BAD_ADDRESS || error.status == I18N_MAIL_NEEDS_SMTPUTF8;
+    const size_t longest = error.status == I18N_MAIL_BAD_NAME ? name.size()
+                           : is_of_address                    ? address.size()
+                                                              : text.size();
     check(error.item == 0 && error.position <= longest, "a failure lies in what was passed");
     if (charset == "UTF-8" && is_of_text(error.status)) {
       const i18n_mail_error_t whole = error;
