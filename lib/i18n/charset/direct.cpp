@@ -32,7 +32,7 @@ std::optional<Route> find_route(const i18n_charset_t& from, std::string_view inp
   const bool is_for_icu = from.has_unfinished_input || to.has_unfinished_output || input.empty() ||
                           input.size() > longest;
   if (is_for_icu) return std::nullopt;
-  return Route::find(get_charset(from), get_charset(to), input.size(), text::Invisible::kDropped);
+  return Route::find(get_charset(from), get_charset(to), input.size());
 }
 
 // In a buffer of so many bytes for each unit that the text may have, and one byte.

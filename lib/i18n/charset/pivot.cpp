@@ -46,7 +46,6 @@ Progress from_unicode(UConverter* converter, std::u16string_view text, char* out
   ucnv_fromUnicode(converter, &target, output + capacity, &source, text.data() + text.size(),
                    offsets, true, &status);
   text::check_memory(status);
-  text::check_memory(status);
   return {status, static_cast<size_t>(source - text.data()), static_cast<size_t>(target - output)};
 }
 

@@ -128,7 +128,7 @@ i18n::CString encode_converted(const Work& work, const text::Charset& from, cons
       to.type() == UCNV_ISO_2022 && std::strcmp(to.name(), Iso2022JpPieces::charset) == 0;
   const text::Charset* const target =
       is_iso_2022_jp ? text::find_charset(Iso2022JpPieces::route_target) : &to;
-  const auto route = text::Route::find(&from, target, text.size(), text::Invisible::kDropped);
+  const auto route = text::Route::find(&from, target, text.size());
   if (!route) return encode_with_icu(work, from, to, text);
   if (is_iso_2022_jp) {
     const auto pieces = std::make_unique<Iso2022JpPieces>(*route, text);

@@ -22,10 +22,9 @@ Bytes get_piece(Bytes utf8, size_t size) {
 
 }  // namespace
 
-std::optional<Route> Route::find(const Charset* from, const Charset* to, size_t size,
-                                 Invisible invisible) {
+std::optional<Route> Route::find(const Charset* from, const Charset* to, size_t size) {
   if (from == nullptr || to == nullptr) return std::nullopt;
-  Route route(*from, *to, invisible);
+  Route route(*from, *to);
   if (!route.from_utf8_) route.from_ = from->get_table(size);
   if (!route.to_utf8_) route.to_ = to->get_table(size);
   if ((!route.from_utf8_ && route.from_ == nullptr) || (!route.to_utf8_ && route.to_ == nullptr)) {
@@ -34,14 +33,13 @@ std::optional<Route> Route::find(const Charset* from, const Charset* to, size_t 
   return route;
 }
 
-Route::Route(const Charset& from, const Charset& to, Invisible invisible)
+Route::Route(const Charset& from, const Charset& to)
     : from_utf8_(from.type() == UCNV_UTF8),
       to_utf8_(to.type() == UCNV_UTF8),
       from_single_bytes_(is_single_byte(from.type())),
       from_latin1_(from.type() == UCNV_LATIN_1),
       to_latin1_(to.type() == UCNV_LATIN_1),
-      is_to_simple_(to_utf8_ || to_latin1_ || to.type() == UCNV_US_ASCII),
-      invisible_(invisible) {}
+      is_to_simple_(to_utf8_ || to_latin1_ || to.type() == UCNV_US_ASCII) {}
 
 size_t Route::count_units(Bytes text) const {
   return from_utf8_ ? text::count_units(text) : text.size();

@@ -13,8 +13,7 @@ namespace text {
 class Route {
  public:
   // None when one of the charsets is unknown, or has no tables yet. `size` is that of the text.
-  static std::optional<Route> find(const Charset* from, const Charset* to, size_t size,
-                                   Invisible invisible);
+  static std::optional<Route> find(const Charset* from, const Charset* to, size_t size);
 
   // Converts as much as is certain and has room, and may overwrite the rest of the room. What is
   // refused is for converters to decide.
@@ -23,6 +22,7 @@ class Route {
   // Between UTF-8, ISO-8859-1 and US-ASCII.
   bool is_simple() const { return (from_utf8_ || from_latin1_) && is_to_simple_; }
 
+  // They are dropped unless this was called.
   void refuse_invisible() { invisible_ = Invisible::kRefused; }
 
   // How many UTF-16 units the text has, or at most has where only conversion would tell.
@@ -32,7 +32,7 @@ class Route {
   size_t count_units(Bytes text, Bytes converted) const;
 
  private:
-  Route(const Charset& from, const Charset& to, Invisible invisible);
+  Route(const Charset& from, const Charset& to);
 
   Progress convert_utf8(Bytes text, unsigned char* out, size_t room) const;
   Progress convert_by_utf8(Bytes text, unsigned char* out, size_t room) const;
@@ -43,7 +43,7 @@ class Route {
   bool is_to_simple_;
   const Table* from_ = nullptr;  // null for UTF-8
   const Table* to_ = nullptr;
-  Invisible invisible_;
+  Invisible invisible_ = Invisible::kDropped;
 };
 
 }  // namespace text
