@@ -68,7 +68,7 @@ class Charset {
     UErrorCode status = U_ZERO_ERROR;
     ucnv_reset(strict_.getAlias());
     ucnv_toUnicode(strict_.getAlias(), &target, units.data() + units.size(), &source,
-                   source + bytes.size(), nullptr, is_all, &status);
+                   source + bytes.size(), nullptr, static_cast<UBool>(is_all), &status);
     units.resize(static_cast<size_t>(target - units.data()));
     if (U_FAILURE(status) || (is_all && type == UCNV_HZ && ends_inside_hz(bytes)))
       return std::nullopt;
@@ -320,8 +320,8 @@ std::optional<Result> convert_by_iconv(const std::string& from, const std::strin
   static std::map<std::pair<std::string, std::string>, iconv_t> handles;
   const auto [place, is_new] = handles.try_emplace({from, to});
   if (is_new) place->second = iconv_open(to.c_str(), from.c_str());
-  const iconv_t handle = place->second;
-  if (handle == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
+  void* const handle = place->second;
+  if (reinterpret_cast<std::intptr_t>(handle) == -1) return std::nullopt;
   Result result;
   result.output.resize(text.size() * 8 + 64);
   char* input = text.data();
