@@ -314,14 +314,22 @@ void report(const char* kind, const std::string& charset, const Charset& from, c
               other->error.character, hex(other->output).c_str());
 }
 
+bool is_open(void* iconv_handle) { return reinterpret_cast<std::intptr_t>(iconv_handle) != -1; }
+struct CloseIconv {
+  void operator()(void* handle) const {
+    if (is_open(handle)) iconv_close(handle);
+  }
+};
+using IconvHandle = std::unique_ptr<void, CloseIconv>;
+
 // Beside iconv(3).
 std::optional<Result> convert_by_iconv(const std::string& from, const std::string& to,
                                        std::string text) {
-  static std::map<std::pair<std::string, std::string>, iconv_t> handles;
+  static std::map<std::pair<std::string, std::string>, IconvHandle> handles;
   const auto [place, is_new] = handles.try_emplace({from, to});
-  if (is_new) place->second = iconv_open(to.c_str(), from.c_str());
-  void* const handle = place->second;
-  if (reinterpret_cast<std::intptr_t>(handle) == -1) return std::nullopt;
+  if (is_new) place->second.reset(iconv_open(to.c_str(), from.c_str()));
+  void* const handle = place->second.get();
+  if (!is_open(handle)) return std::nullopt;
   Result result;
   result.output.resize(text.size() * 8 + 64);
   char* input = text.data();
