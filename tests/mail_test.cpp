@@ -182,6 +182,10 @@ TEST(MailHeader, CutsWordsWhereEachDecodesAlone) {
       {repeat("\u0130\u2f30", 6), "GB18030",
           "=?GB18030?B?gTCQMoE5kDCBMJAygTmQMIEwkDKBOZAwgTCQMoE5kDCBMJAy?=\r\n "
           "=?GB18030?B?gTmQMIEwkDKBOZAw?="},
+      // but where each prefix of a B word would be padded
+      {"aa" + repeat("\u3042a", 5), "ISO-2022-JP",
+          "=?ISO-2022-JP?Q?aa" + repeat("=1B$B$\"=1B(Ba", 3) + "?=\r\n =?ISO-2022-JP?B?" +
+              repeat("GyRCJCIbKEJh", 2) + "?="},
       {"\u3042 =", "ISO-2022-JP", "=?ISO-2022-JP?B?GyRCJCIbKEIgPQ==?="},
       {"\u00a5a\u672c", "ISO-2022-JP", "=?ISO-2022-JP?B?GyhKXGEbJEJLXBsoQg==?="},
   };

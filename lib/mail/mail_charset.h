@@ -22,7 +22,8 @@ class MailCharset {
 
   std::string_view name() const { return rules_->name; }
   bool is_utf8() const { return is_utf8_; }
-  // Words in it are B and bodies 7bit or base64, as RFC 1468 wants it: readers of old know no more.
+  // Words in it are B where they can be and bodies 7bit or base64, as RFC 1468 wants it: readers of
+  // old know no more.
   bool is_iso_2022_jp() const;
 
   // The text in the charset, complete by itself: it begins and ends in the initial state. Null when

@@ -15,7 +15,8 @@ namespace mail {
 //
 // Such a place can be missing: a family of four is one cluster of 25 bytes, and no groups end with
 // it. Then less is asked for, in turn: a Q word, which is never padded; a B word that ends inside a
-// cluster; a Q word that does. In ISO-2022-JP, which has no Q words, a padded B word comes last.
+// cluster; a Q word that does. RFC 1468 wants no Q words in ISO-2022-JP; it has them only where no
+// prefix goes without padding, such as in "aa" with U+3042 and "a" in turn behind it.
 Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
   const size_t longest = find_longest(begin, end, columns, kind);
   if (longest == end) return {end, kind, measure(begin, end, kind)};
@@ -36,11 +37,10 @@ Word WordMaker::cut(size_t begin, size_t end, size_t columns, WordKind kind) {
     const size_t index = find_cut(begin, from, is_good);
     return Word{index, WordKind::kQ, measure(begin, index, WordKind::kQ)};
   };
-  const bool with_q = !charset_.is_iso_2022_jp();
   Word word = cut_b(ends_both);
-  if (word.end == begin && with_q) word = cut_q(ends_cluster);
+  if (word.end == begin && !charset_.is_iso_2022_jp()) word = cut_q(ends_cluster);
   if (word.end == begin) word = cut_b(is_unpadded);
-  if (word.end == begin) word = with_q ? cut_q(ends_character) : cut_b(ends_character);
+  if (word.end == begin) word = cut_q(ends_character);
   return word;
 }
 
