@@ -145,6 +145,7 @@ TEST(Text, TellsWhereItEnds) {
       {"UTF-8", "ISO-8859-1", "\xff\u20ac", "", {invalid, 0, 0, 1, 1}},
       // half of a pair
       {"UTF-7", "UTF-8", "a+2D0-", "a", {invalid, 0, 2, 1, 2}},
+      {"UTF-7", "UTF-8", "+2D3eANg93gDYxN\xc7", "\U0001F600\U0001F600", {invalid, 0, 1, 1, 3}},
       {"UTF-7", "UTF-8", "+2D0AYQ-", "", {invalid, 0, 1, 1, 1}},
       {"CESU-8", "UTF-8", "a\xed\xb8\x80", "a", {invalid, 0, 1, 1, 2}},
       {"CESU-8", "UTF-8", "a\xed\xa0\xbd\xff", "a", {invalid, 0, 1, 1, 2}},

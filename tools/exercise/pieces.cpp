@@ -501,7 +501,7 @@ void check(Charset& from, Charset& to, i18n_text_converter_t* converter, bool ha
   }
   const size_t position = whole.error.position;
   // Inside of a long run it is where the character is.
-  if (from.type == UCNV_IMAP_MAILBOX && text.size() > 250) return;
+  if ((from.type == UCNV_IMAP_MAILBOX || from.type == UCNV_ISCII) && text.size() > 250) return;
   const auto before = convert_slowly(from, to, text.substr(0, position));
   if (!before) return report("position, does not convert", from.name, from, to, text, whole);
   // A character can be several code points of which only some are lacking.

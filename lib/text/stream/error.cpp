@@ -65,14 +65,15 @@ size_t find_unit(const Past& past, size_t index, std::u16string& units) {
   const size_t end = read;
   if (units.size() > index && U16_IS_LEAD(units[index])) read_until(index + 2);
   if (is_good && units.size() <= index) finish(source, units);
-  // Back to where the text could end. In IMAP-mailbox-name that is not inside of an encoded run;
-  // all else that is read as a whole is much shorter.
+  // Back to where the text could end, which is not inside of a pair. In IMAP-mailbox-name it is not
+  // inside of an encoded run, in ISCII not behind invisible letters; all else that is read as a
+  // whole is much shorter.
   constexpr size_t longest = 256;
   for (size_t size = end + 1; size-- > 0 && end - size < longest;) {
     Source once_more = past.history.copy_source(past.source);
     std::u16string before = past.begin_units();
     if (read_all(once_more, bytes.substr(0, size), before) && finish(once_more, before) &&
-        before.size() <= index) {
+        before.size() <= index && (size == 0 || before.empty() || !U16_IS_LEAD(before.back()))) {
       return size;
     }
   }
