@@ -169,6 +169,7 @@ TEST(IconvEasyEx, WritesNothingBehindTheResult) {
       {"UTF-8", "ISO-8859-1", repeat("\u00e9", 50)}, {"ISO-8859-1", "UTF-8", repeat("\xe9", 50)},
       {"UTF-8", "utf8", repeat("\u20ac", 30)}, {"UTF-8", "KOI8-R", repeat("\u0416", 40000)},
       {"ISO-8859-1", "KOI8-R", x(70000)}, {"KOI8-R", "UTF-8", repeat("\xc1", 70000)},
+      {"ISO-8859-1", "UTF-8", repeat("a\xe9", 40000)}, {"UTF-8", "ISO-8859-1", x(70000)},
       {"UTF-8", "ASCII", x(60) + "\u00ad"}};
   for (const auto& [from_name, to_name, text] : cases) {
     i18n_charset_t* const from = i18n_charset_open(from_name);

@@ -81,6 +81,11 @@ std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_v
   const Bytes text = as_bytes(input);
   auto route = find_route(from, input, to);
   if (!route) return std::nullopt;
+  if (route->keeps(text)) {
+    if (text.size() > capacity) return std::nullopt;
+    std::memcpy(output, text.data(), text.size());
+    return text.size();
+  }
   CString copy;
   std::optional<size_t> length;
   // A copy takes less time than a second conversion, unless its pages come from the system and
@@ -91,7 +96,8 @@ std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_v
     copy = convert(*route, text, most_bytes_per_unit, &length.emplace());
     if (!copy) return std::nullopt;
   } else {
-    length = convert(*route, text, nullptr, 0);
+    length = route->count_bytes(text);
+    if (!length) length = convert(*route, text, nullptr, 0);
   }
   if (!length || *length > capacity) return std::nullopt;
   if (*length == capacity) {

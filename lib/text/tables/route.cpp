@@ -41,6 +41,15 @@ Route::Route(const Charset& from, const Charset& to)
       to_latin1_(to.type() == UCNV_LATIN_1),
       is_to_simple_(to_utf8_ || to_latin1_ || to.type() == UCNV_US_ASCII) {}
 
+bool Route::keeps(Bytes text) const {
+  return from_utf8_ && to_utf8_ ? is_utf8(text) : is_simple() && is_ascii(text);
+}
+
+std::optional<size_t> Route::count_bytes(Bytes text) const {
+  if (from_latin1_ && to_utf8_) return get_utf8_size(text);
+  return std::nullopt;
+}
+
 size_t Route::count_units(Bytes text) const {
   return from_utf8_ ? text::count_units(text) : text.size();
 }

@@ -19,6 +19,12 @@ class Route {
   // refused is for converters to decide.
   Progress convert(Bytes text, unsigned char* out, size_t room) const;
 
+  // Whether the converted text is known to be the same bytes.
+  bool keeps(Bytes text) const;
+
+  // The size of the converted text where it can be counted, and then all of it is converted.
+  std::optional<size_t> count_bytes(Bytes text) const;
+
   // Between UTF-8, ISO-8859-1 and US-ASCII.
   bool is_simple() const { return (from_utf8_ || from_latin1_) && is_to_simple_; }
 
