@@ -29,6 +29,8 @@ class Beginning {
   Beginning& operator=(const Beginning&) = delete;
   ~Beginning();
 
+  bool was_unfinished() const { return was_unfinished_; }
+
   // A converter in that state, null when there can be none.
   text::ConverterPtr make_converter() const;
 

@@ -1,7 +1,7 @@
 // One-shot conversion that tells what went wrong, and where. Only a failure needs offsets, which
 // take as long as the conversion: then the text is converted once more, with offsets.
 #include <algorithm>
-#include <memory>
+#include <string>
 #include <vector>
 
 #include <qorvii18n/i18n_iconv.h>
@@ -13,6 +13,8 @@
 #include "core/c_string.h"
 #include "core/offsets.h"
 #include "text/icu/limits.h"
+#include "text/unicode/utf16.h"
+#include "text/unicode/utf8.h"
 
 namespace {
 
@@ -26,6 +28,8 @@ enum Result {
   kInvalidInput = -3,
   kUnmappable = -4
 };
+
+constexpr size_t bytes_per_unit = 14;  // more than any charset needs, escape sequences included
 
 // The input, and what it is in UTF-16.
 class Source {
@@ -54,11 +58,32 @@ class Source {
   // The index of the input byte from which a unit came, 0 when that is not known.
   size_t find_byte(int32_t unit) {
     if (unit < 0 || static_cast<size_t>(unit) >= length_) return 0;
-    if (offsets_.empty()) read_again();
+    if (offsets_.empty()) {
+      if (is_utf8()) return find_byte_of_utf8(static_cast<size_t>(unit));
+      read_again();
+    }
     return static_cast<size_t>(std::max(offsets_[static_cast<size_t>(unit)], 0));
   }
 
  private:
+  // And all of it is in the input.
+  bool is_utf8() const {
+    return ucnv_getType(charset_.converter) == UCNV_UTF8 && !beginning_.was_unfinished();
+  }
+
+  size_t find_byte_of_utf8(size_t unit) const {
+    constexpr size_t few_units = 64;
+    text::Bytes rest = text::as_bytes(input_);
+    while (unit > few_units) {
+      // No byte is more than one unit.
+      size_t size = unit;
+      while (text::continues_character(rest[size])) --size;
+      unit -= text::count_units(rest.first(size));
+      rest = rest.subspan(size);
+    }
+    return input_.size() - rest.size() + text::reach_units(rest, unit).bytes;
+  }
+
   void read_again() {
     offsets_.assign(text::most_offsets_per_unit * length_, i18n::no_offset);
     i18n::to_unicode(beginning_.make_converter().get(), input_, units_.get(), length_,
@@ -83,31 +108,52 @@ class Target {
         beginning_(charset, i18n::writing) {}
 
   Progress write(std::u16string_view text) {
-    const Progress progress = i18n::from_unicode(charset_, text, output_, capacity_, nullptr);
-    length_ = progress.produced;
-    return progress;
+    progress_ = i18n::from_unicode(charset_, text, output_, capacity_, nullptr);
+    return progress_;
   }
 
   // The unit from which the last byte of the output came, no_offset when that is not known. Writes
   // the same output once more, to another place.
   int32_t find_last_unit(std::u16string_view text) const {
-    if (length_ == 0) return i18n::no_offset;
-    const auto scratch = std::make_unique_for_overwrite<char[]>(length_);
-    Offsets offsets(length_, i18n::no_offset);
-    i18n::from_unicode(beginning_.make_converter().get(), text, scratch.get(), length_,
-                       offsets.data());
-    return offsets.back();
+    if (progress_.produced == 0) return i18n::no_offset;
+    // It takes no more than a little of what is before a character that is lacking to see that,
+    // unless that does not become the end of the output.
+    constexpr size_t units_before = 256;
+    if (progress_.status == U_INVALID_CHAR_FOUND && progress_.consumed > units_before) {
+      const size_t begin = progress_.consumed - units_before;
+      const Again end = write_again(text.substr(begin), bytes_per_unit * units_before);
+      const int32_t unit = end.output.empty() ? i18n::no_offset : end.offsets.back();
+      const bool is_same = end.consumed == units_before &&
+                           std::string_view(output_, progress_.produced).ends_with(end.output);
+      if (is_same && unit != i18n::no_offset) return static_cast<int32_t>(begin) + unit;
+    }
+    const Again all = write_again(text, progress_.produced);
+    return all.offsets.empty() ? i18n::no_offset : all.offsets.back();
   }
 
  private:
+  struct Again {
+    size_t consumed;
+    std::string output;
+    Offsets offsets;
+  };
+  // To another place.
+  Again write_again(std::u16string_view text, size_t room) const {
+    Again again{0, std::string(room, '\0'), Offsets(room, i18n::no_offset)};
+    const Progress progress = i18n::from_unicode(beginning_.make_converter().get(), text,
+                                                 again.output.data(), room, again.offsets.data());
+    again.consumed = progress.consumed;
+    again.output.resize(progress.produced);
+    again.offsets.resize(progress.produced);
+    return again;
+  }
+
   const i18n_charset_t& charset_;
   char* output_;
   size_t capacity_;
-  size_t length_ = 0;
+  Progress progress_ = {};
   i18n::Beginning beginning_;
 };
-
-constexpr size_t bytes_per_unit = 14;  // more than any charset needs, escape sequences included
 
 Result get_read_failure(UErrorCode status) {
   return status == U_INDEX_OUTOFBOUNDS_ERROR || status == U_TRUNCATED_CHAR_FOUND ? kTruncatedInput
