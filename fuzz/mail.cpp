@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-#include <unicode/uchar.h>
+#include <unicode/brkiter.h>
 #include <unicode/unistr.h>
 
 #include "fuzz.h"
@@ -43,29 +43,25 @@ std::vector<Text> split(Text text, Text separator) {
   return parts;
 }
 
-// Of U+0300 to U+036F.
-bool is_mark(Text text, size_t i) {
-  return i + 1 < text.size() && (text[i] == '\xCC' || (text[i] == '\xCD' && text[i + 1] < '\xB0'));
-}
-
-// A letter with its marks is cut only when no word has room for it.
-void check_cut(Text before, Text after) {
-  if (!is_mark(after, 0)) return;
-  size_t begin = before.size(), end = 0;
-  while (begin >= 2 && is_mark(before, begin - 2)) begin -= 2;
-  while (is_mark(after, end)) end += 2;
-  if (begin == 0) return;
-  // Control characters have no marks.
-  const auto letters = icu::UnicodeString::fromUTF8(std::string(before.substr(0, begin)));
-  const int kind =
-      u_getIntPropertyValue(letters.char32At(letters.length() - 1), UCHAR_GRAPHEME_CLUSTER_BREAK);
-  if (kind == U_GCB_CONTROL || kind == U_GCB_CR || kind == U_GCB_LF) return;
-  check(before.size() - begin + end > 15, "a letter and its marks stay together");
+// A word ends inside of a cluster only when its first one has no room even in a Q word.
+void check_cut(Text word, Text next) {
+  constexpr size_t longest_in_q = 21;  // bytes, three columns each
+  UErrorCode status = U_ZERO_ERROR;
+  static const std::unique_ptr<icu::BreakIterator> clusters(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  const auto units = icu::UnicodeString::fromUTF8(std::string(word) + std::string(next));
+  const int32_t cut = icu::UnicodeString::fromUTF8(std::string(word)).length();
+  clusters->setText(units);
+  if (clusters->isBoundary(cut)) return;
+  clusters->first();
+  std::string first;
+  units.tempSubString(0, clusters->next()).toUTF8String(first);
+  check(first.size() > longest_in_q, "clusters stay together");
 }
 
 // Words and their gaps, as RFC 2047 has them. A fold stands as a line feed in front of its blank.
 std::string decode_words(Text value) {
-  std::string text;
+  std::string text, last_word;
   bool was_encoded = false, was_padded = false;
   std::vector<Text> words = split(value, " ");
   for (size_t i = 0; i < words.size(); ++i) {
@@ -88,8 +84,9 @@ std::string decode_words(Text value) {
                                    is_b ? fuzz::decode_base64(fields[3]) : decode_q(fields[3]));
       check(decoded && !decoded->empty(), "each word decodes alone");
       // Beside a long field name, the first word has little room.
-      if (was_encoded && i > 1 && fields[1] == "UTF-8") check_cut(text, *decoded);
+      if (was_encoded && i > 1 && fields[1] == "UTF-8") check_cut(last_word, *decoded);
       text += *decoded;
+      last_word = *decoded;
     } else {
       text += word;
     }
