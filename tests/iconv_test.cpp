@@ -149,13 +149,16 @@ TEST(IconvEasyEx, AllocatesFourteenBytesAUnitAndOne) {
       }
     }
   }
-  std::string text = "\u00e9\u00e8 \u20ac";  // converted in place
-  char* output = text.data();
-  size_t length = text.size(), position;
-  EXPECT_EQ(i18n_iconv_easy_ex(i18n_charset_open("UTF-8"), text.data(), text.size(), &position,
-                i18n_charset_open("ISO-8859-1"), &output, &length),
-      -4);
-  EXPECT_EQ(std::tuple(position, text.substr(0, length)), std::tuple(4u, "\xe9\xe8 "));
+  for (const size_t begin : {0, 1}) {  // converted in place
+    std::string text = std::string(begin, '.') + "\u00e9\u00e8 \u20ac";
+    char* output = text.data();
+    size_t length = text.size(), position;
+    EXPECT_EQ(
+        i18n_iconv_easy_ex(i18n_charset_open("UTF-8"), text.data() + begin, text.size() - begin,
+            &position, i18n_charset_open("ISO-8859-1"), &output, &length),
+        -4);
+    EXPECT_EQ(std::tuple(position, text.substr(0, length)), std::tuple(4u, "\xe9\xe8 "));
+  }
   // Too little for one text: the target begins every text with four bytes.
   EXPECT_EQ(convert("UTF-8", "a", "ISO-2022-KR"), Conversion(0, unset, "\x1b$)Ca"));
   EXPECT_EQ(convert("UTF-8", "", "ISO-2022-KR"), Conversion(-2, 0, "\x1b"));
@@ -210,6 +213,11 @@ TEST(IconvEasyEx, ContinuesFromTheStateOfAFailure) {
   EXPECT_EQ(convert("SCSU", "\x02", "US-ASCII"), shift_is_pending);
   EXPECT_EQ(convert_easy("SCSU", "a", "US-ASCII"), std::string("a\0", 2)) << "resets before use";
   EXPECT_EQ(convert("SCSU", "a", "US-ASCII"), Conversion(0, unset, "a")) << "and after it";
+  // Of a character that was cut, the place in it is left; by a table, which it has from here on,
+  // too.
+  convert("Shift_JIS", repeat("\x93\xfa", 1 << 20), "UTF-8");
+  EXPECT_EQ(convert("Shift_JIS", "a\x93", "UTF-8"), Conversion(-1, 2, "none"));
+  EXPECT_EQ(convert("Shift_JIS", "\xfaz", "UTF-8"), Conversion(0, unset, "\u65e5z"));
   // What did not fit comes out first: the position counts it in, but it is of no input byte.
   EXPECT_EQ(convert("UTF-8", "\u20ac", "UTF-8", 1), Conversion(-2, 0, "\xe2"));
   EXPECT_EQ(convert("UTF-8", "a", "UTF-8", 1), Conversion(-2, 0, "\x82"));

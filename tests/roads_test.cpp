@@ -48,7 +48,8 @@ TEST(Roads, AgreeWhereverACharacterStandsInAHeader) {
   // By tables, where characters can vanish: those count as units, and have no bytes.
   const std::tuple<const char*, std::string, const char*> others[] = {
       {"KOI8-R", "\u0439", "\u200b"}, {"windows-1252", "\u20ac", "\ufeff"},
-      {"Shift_JIS", "\u65e5", "\u200b\u2060"}, {"GB18030", "\U0001f600", "a"}};
+      {"Shift_JIS", "\u65e5", "\u200b\u2060"}, {"Big5-HKSCS", "\U00020547", "\u200b"},
+      {"GB18030", "\U0001f600", "a"}};
   for (const auto& [charset, character, vanishing] : others) {
     text::find_charset(charset)->get_table(1 << 20);
     for (int before = 0; before <= 190 && !HasFailure(); ++before) {
@@ -137,6 +138,7 @@ TEST(Roads, FastIsTakenByWhatItIsSureOf) {
       {"UTF-8", "SCSU", "abc", false, false}, {"UTF-8", "LMBCS", "abc", false, false},
       {"UTF-8,version=0", "UTF-8", "abc", false, false},
       {"UTF-8", "KOI8-R,version=0", "abc", false, false}, {"UTF-8", "no-such", "abc", false, false},
+      {"UTF-8", "Adobe-Standard-Encoding", "abc", true, false},
       {"no-such", "UTF-8", "abc", false, false}, {nullptr, "UTF-8", "abc", false, false},
       {"UTF-8", nullptr, "abc", false, false}};
   for (const auto& [from, to, text, takes_body, takes_header] : cases) {

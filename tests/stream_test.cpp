@@ -124,6 +124,8 @@ TEST(Text, ConvertsEveryKindOfCharset) {
       {"gsm-03.38-2009", "UTF-8", "\x1b\x65", "\u20ac"},
       // a joiner that belongs to the sign before it
       {"UTF-8", "ISCII,version=0", "\u0915\u094d\u200d\u0915", "\xef\x42\xb3\xe8\xe9\xb3"},
+      // nothing is left of it in the next text
+      {"UTF-8", "ISCII,version=0", "\u0915\r", "\xef\x42\xb3\r"},
       // private use with a code of its own
       {"UTF-8", "Shift_JIS", "\ue000", "\xf0\x40"}, {nullptr, nullptr, "\u00e4", "\u00e4"}};
   for (const Case& each : cases) check(each);
@@ -203,6 +205,8 @@ TEST(Text, FindsErrorsInLongTexts) {
   check({"SCSU", "US-ASCII", "a" + half + "\x0e\xde\x01", "a", {lacking, 0x1f601, 1, 1, 2}});
   check({"SCSU", "UTF-8", half + "\x0e\xde\x01" + half, "\U0001f601",
       {invalid, 0, half.size() + 3, 1, 2}});
+  // more than twice the room
+  check({"ISO-8859-1", "UTF-8", repeat("\xe9", 2000), repeat("\u00e9", 2000)});
   // a character at the end of a block
   const std::string split = std::string(4095, 'a') + "\u00e4" + std::string(5000, 'a');
   check({"UTF-8", "CESU-8", split + "\xff", split, {invalid, 0, split.size(), 1, 9097}});
