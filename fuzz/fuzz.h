@@ -86,6 +86,9 @@ inline bool is_same_text(std::string left, std::string right, const std::string&
   return left == right;
 }
 
+// What mail allows, whatever the libraries think.
+constexpr size_t longest_line = 76, longest_word = 75;
+
 // Whether quoted-printable need not escape a byte.
 inline bool is_literal(char byte, bool header) {
   constexpr std::string_view escaped = " ?_=#$@[\\]^`{|}~";
@@ -143,7 +146,7 @@ inline std::string decode(std::string_view text, char encoding, std::string_view
     last = line.size() == text.size();
     if (!last) text.remove_prefix(line.size() + line_break.size());
     const std::string_view suffix = header ? "?=" : encoding == 'Q' && !last ? "=" : "";
-    const size_t longest = header ? 75 : 76;
+    const size_t longest = header ? longest_word : longest_line;
     check(with_long_words || line.size() <= longest, "a line is not too long");
     check(line.starts_with(prefix) && line.ends_with(suffix), "a line is marked as it must be");
     line.remove_prefix(prefix.size());

@@ -20,8 +20,6 @@ namespace {
 
 using Text = std::string_view;
 
-constexpr size_t line_columns = 76;
-
 bool is_shown(char c) { return ' ' <= c && c <= '~'; }
 
 // Null when it cannot be converted.
@@ -76,7 +74,7 @@ std::string decode_words(Text value) {
     if (i > 0 && !(was_encoded && is_encoded)) text += ' ';
     if (is_encoded) {
       check(fields.size() == 5 && fields[0] == "=" && fields[4] == "=", "words have five parts");
-      check(word.size() <= 75, "words have at most 75 characters");
+      check(word.size() <= fuzz::longest_word, "words are not too long");
       const bool is_b = fields[2] == "B";
       check(is_b || fields[2] == "Q", "an encoding is Q or B");
       check(!(is_b && was_padded), "no padded B word in front of another");
@@ -110,7 +108,7 @@ std::string unfold(Text field, const std::string& name, bool with_utf8 = false) 
     line.remove_prefix(i == 0 ? name.size() + 2 : 0);
     check(i == 0 || (line.starts_with(' ') && line.size() > 1 && line[1] != ' '), "a fold");
     check(lines.size() == 1 || !line.empty(), "no fold after the colon");
-    if (columns > line_columns) {
+    if (columns > fuzz::longest_line) {
       const Text token = line.substr(i == 0 ? 0 : 1);
       check(columns <= 998 && token.find(' ') == token.npos, "only single words are too long");
       check(!token.starts_with("=?") || (i == 0 && name.size() > 30), "encoded words are not");
@@ -152,7 +150,8 @@ void check_parameter(const std::string& result, const std::string& name, const s
   check(lines.size() > 1 && lines[0] == ";", "a parameter begins with its separator");
   for (size_t i = 1; i < lines.size(); ++i) {
     const bool is_last = i + 1 == lines.size();
-    check(lines[i].size() < line_columns + (is_last ? 0 : 1), "a line has room for a separator");
+    check(lines[i].size() < fuzz::longest_line + (is_last ? 0 : 1),
+          "a line has room for a separator");
     check(lines[i].starts_with(' ' + name), "a parameter has its name");
     std::string line(
         lines[i].substr(1 + name.size(), lines[i].size() - name.size() - (is_last ? 1 : 2)));
@@ -188,7 +187,7 @@ std::string decode_body(Text encoding, Text body, bool with_escapes) {
   if (body.empty()) return bytes;
   body.remove_suffix(2);
   for (Text line : split(body, "\r\n")) {
-    check(line.size() <= line_columns, "lines have at most 76 columns");
+    check(line.size() <= fuzz::longest_line, "lines are not too long");
     if (encoding == "base64") {
       bytes += line;
       continue;
@@ -227,7 +226,10 @@ void check_part(const std::string& part, const std::string& type, const std::str
   }
   check(encoding == "7bit" || encoding == "base64" || encoding == "quoted-printable", "encoding");
   const size_t base64_size = (decoded.size() + 2) / 3 * 4;
-  check(body.size() <= base64_size + (base64_size + 75) / 76 * 2 || encoding == "7bit", "shortest");
+  check(body.size() <=
+                base64_size + (base64_size + fuzz::longest_line - 1) / fuzz::longest_line * 2 ||
+            encoding == "7bit",
+        "shortest");
   const std::string from(head.substr(charset, head.find_first_of(";\r", charset) - charset));
   check(convert(from, "UTF-8", decoded) == end_lines(bytes), "a body is the text");
 }
