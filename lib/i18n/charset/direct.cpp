@@ -49,7 +49,7 @@ CString convert(const Route& route, Bytes bytes, size_t bytes_per_unit, size_t* 
   return output;
 }
 
-// Converts a whole text piece by piece. Without an output, finds out how long that would get.
+// Converts a whole text piece by piece, for no output to nowhere. Returns how long it got.
 std::optional<size_t> convert(const Route& route, Bytes text, unsigned char* output, size_t room) {
   unsigned char scratch[2048];
   size_t size = 0;
@@ -61,6 +61,12 @@ std::optional<size_t> convert(const Route& route, Bytes text, unsigned char* out
     if (progress.stop == Stop::kRefused || progress.read == 0) return std::nullopt;
     text = text.subspan(progress.read);
   }
+}
+
+// How long the converted text gets.
+std::optional<size_t> measure(const Route& route, Bytes text) {
+  const auto size = route.count_bytes(text);
+  return size ? size : convert(route, text, nullptr, 0);
 }
 
 }  // namespace
@@ -96,14 +102,13 @@ std::optional<size_t> convert_directly(const i18n_charset_t& from, std::string_v
     copy = convert(*route, text, most_bytes_per_unit, &length.emplace());
     if (!copy) return std::nullopt;
   } else {
-    length = route->count_bytes(text);
-    if (!length) length = convert(*route, text, nullptr, 0);
+    length = measure(*route, text);
   }
   if (!length || *length > capacity) return std::nullopt;
   if (*length == capacity) {
     // To ICU a character that vanishes does not fit any more.
     route->refuse_invisible();
-    if (convert(*route, text, nullptr, 0) != length) return std::nullopt;
+    if (measure(*route, text) != length) return std::nullopt;
   }
   if (!copy) return convert(*route, text, reinterpret_cast<unsigned char*>(output), *length);
   std::memcpy(output, copy.get(), *length);
