@@ -1,7 +1,9 @@
 // One-shot conversion that tells what went wrong, and where. Only a failure needs offsets, which
-// take as long as the conversion: then the text is converted once more, with offsets.
+// take as long as the conversion: then what it takes of the text is converted once more, with
+// offsets.
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <qorvii18n/i18n_iconv.h>
@@ -14,7 +16,6 @@
 #include "core/offsets.h"
 #include "text/icu/limits.h"
 #include "text/unicode/utf16.h"
-#include "text/unicode/utf8.h"
 
 namespace {
 
@@ -59,29 +60,18 @@ class Source {
   size_t find_byte(int32_t unit) {
     if (unit < 0 || static_cast<size_t>(unit) >= length_) return 0;
     if (offsets_.empty()) {
-      if (is_utf8()) return find_byte_of_utf8(static_cast<size_t>(unit));
+      if (is_all_utf8()) {
+        return text::find_byte_of_unit(text::as_bytes(input_), static_cast<size_t>(unit));
+      }
       read_again();
     }
     return static_cast<size_t>(std::max(offsets_[static_cast<size_t>(unit)], 0));
   }
 
  private:
-  // And all of it is in the input.
-  bool is_utf8() const {
+  // No unit came from what an earlier call left in the converter.
+  bool is_all_utf8() const {
     return ucnv_getType(charset_.converter) == UCNV_UTF8 && !beginning_.was_unfinished();
-  }
-
-  size_t find_byte_of_utf8(size_t unit) const {
-    constexpr size_t few_units = 64;
-    text::Bytes rest = text::as_bytes(input_);
-    while (unit > few_units) {
-      // No byte is more than one unit.
-      size_t size = unit;
-      while (text::continues_character(rest[size])) --size;
-      unit -= text::count_units(rest.first(size));
-      rest = rest.subspan(size);
-    }
-    return input_.size() - rest.size() + text::reach_units(rest, unit).bytes;
   }
 
   void read_again() {
@@ -112,40 +102,41 @@ class Target {
     return progress_;
   }
 
-  // The unit from which the last byte of the output came, no_offset when that is not known. Writes
-  // the same output once more, to another place.
+  // The unit from which the last byte of the output came, no_offset when that is not known. Where a
+  // character is lacking, the units shortly before it tell, as long as they become the end of the
+  // output again: in a charset with states they may not. Else all of the text is written again.
   int32_t find_last_unit(std::u16string_view text) const {
     if (progress_.produced == 0) return i18n::no_offset;
-    // It takes no more than a little of what is before a character that is lacking to see that,
-    // unless that does not become the end of the output.
-    constexpr size_t units_before = 256;
-    if (progress_.status == U_INVALID_CHAR_FOUND && progress_.consumed > units_before) {
-      const size_t begin = progress_.consumed - units_before;
-      const Again end = write_again(text.substr(begin), bytes_per_unit * units_before);
-      const int32_t unit = end.output.empty() ? i18n::no_offset : end.offsets.back();
-      const bool is_same = end.consumed == units_before &&
+    constexpr size_t few_units = 256;
+    if (progress_.status == U_INVALID_CHAR_FOUND && progress_.consumed > few_units) {
+      const size_t begin = progress_.consumed - few_units;
+      const Again end = write_again(text.substr(begin), bytes_per_unit * few_units);
+      const bool is_same = end.consumed == few_units &&
                            std::string_view(output_, progress_.produced).ends_with(end.output);
+      const int32_t unit = end.get_last_offset();
       if (is_same && unit != i18n::no_offset) return static_cast<int32_t>(begin) + unit;
     }
-    const Again all = write_again(text, progress_.produced);
-    return all.offsets.empty() ? i18n::no_offset : all.offsets.back();
+    return write_again(text, progress_.produced).get_last_offset();
   }
 
  private:
   struct Again {
     size_t consumed;
     std::string output;
-    Offsets offsets;
+    Offsets offsets;  // of the output
+
+    int32_t get_last_offset() const { return offsets.empty() ? i18n::no_offset : offsets.back(); }
   };
-  // To another place.
+
+  // From the state before the call, and to another place.
   Again write_again(std::u16string_view text, size_t room) const {
-    Again again{0, std::string(room, '\0'), Offsets(room, i18n::no_offset)};
+    std::string output(room, '\0');
+    Offsets offsets(room, i18n::no_offset);
     const Progress progress = i18n::from_unicode(beginning_.make_converter().get(), text,
-                                                 again.output.data(), room, again.offsets.data());
-    again.consumed = progress.consumed;
-    again.output.resize(progress.produced);
-    again.offsets.resize(progress.produced);
-    return again;
+                                                 output.data(), room, offsets.data());
+    output.resize(progress.produced);
+    offsets.resize(progress.produced);
+    return {progress.consumed, std::move(output), std::move(offsets)};
   }
 
   const i18n_charset_t& charset_;

@@ -25,6 +25,19 @@ size_t count_units(Bytes utf8, const Kernels& kernels) {
   return count;
 }
 
+size_t find_byte_of_unit(Bytes utf8, size_t unit) {
+  constexpr size_t few_units = 64;
+  Bytes rest = utf8;
+  while (unit > few_units) {
+    // So many bytes have no more units than that.
+    size_t size = unit;
+    while (continues_character(rest[size])) --size;
+    unit -= count_units(rest.first(size));
+    rest = rest.subspan(size);
+  }
+  return utf8.size() - rest.size() + reach_units(rest, unit).bytes;
+}
+
 size_t put_some_units(char16_t*& out, Bytes utf8, size_t about, const Kernels& kernels) {
   const size_t limit = std::min(about, utf8.size());
   if (limit >= kernel_stretch) {

@@ -12,6 +12,9 @@ namespace text {
 // Of well-formed text.
 size_t count_units(Bytes utf8, const Kernels& kernels = get_kernels());
 
+// The index at which the character begins that has a unit of a text, which must be well-formed.
+size_t find_byte_of_unit(Bytes utf8, size_t unit);
+
 // Writes the units of well-formed text and returns their end. There must be room for a unit for
 // each byte, and for kernel_slack more.
 char16_t* put_units(char16_t* out, Bytes utf8, const Kernels& kernels = get_kernels());
