@@ -72,10 +72,13 @@ size_t find_unit(const Past& past, size_t index, std::u16string& units) {
   for (size_t size = end + 1; size-- > 0 && end - size < longest;) {
     Source once_more = past.history.copy_source(past.source);
     std::u16string before = past.begin_units();
-    if (read_all(once_more, bytes.substr(0, size), before) && finish(once_more, before) &&
-        before.size() <= index && (size == 0 || before.empty() || !U16_IS_LEAD(before.back()))) {
-      return size;
+    if (!read_all(once_more, bytes.substr(0, size), before) || !finish(once_more, before) ||
+        before.size() > index) {
+      continue;
     }
+    // The first half of a pair that the past begins inside of has no bytes in it.
+    const bool is_inside_pair = size > 0 && !before.empty() && U16_IS_LEAD(before.back());
+    if (!is_inside_pair) return size;
   }
   return end;
 }
