@@ -3,7 +3,8 @@ import random
 import unicodedata
 
 # Eight words and a sentence each. Between them they have combining marks, joiners, several planes,
-# and both directions of writing.
+# and both directions of writing. The first kana alternate with "a" so that a word in ISO-2022-JP
+# cannot end between them without padding.
 LANGUAGES = {
     "English": ("report naïve budget résumé meeting coöperate Zoë tomorrow",
                 "The “quick” brown fox — 12 % faster — jumps over the lazy dog’s café."),
